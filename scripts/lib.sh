@@ -1,0 +1,81 @@
+# Shared by the scripts of this folder and by .ci/run; to be sourced, from any directory.
+
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+gLibraryPackages="cmake ninja-build g++ pkg-config"
+gTestPackages="$gLibraryPackages g++-multilib googletest"
+gToolPackages="libtinygltf-dev libcli11-dev nlohmann-json3-dev"
+
+say() {
+    printf '%s\n' "$*" >&2
+}
+
+die() {
+    say "$*"
+    exit 1
+}
+
+# The packages among the arguments that are not installed.
+missing_packages() {
+    local lPackage
+    for lPackage in "$@"; do
+        dpkg-query -W -f='${db:Status-Status}\n' "$lPackage" 2>/dev/null | grep -qx installed || printf '%s\n' "$lPackage"
+    done
+}
+
+# Installs those of the named Debian packages that are missing. On a machine that installs nothing this way, the names
+# are printed, and what the machine brings itself has to do.
+need_packages() {
+    if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
+        say "This is not a Debian machine; the build needs what these packages hold: $*"
+        return
+    fi
+    local lMissing lRoot=()
+    lMissing=$(missing_packages "$@" | tr '\n' ' ')
+    [ -n "$lMissing" ] || return 0
+    if [ "$(id -u)" != 0 ]; then
+        command -v sudo >/dev/null || die "These packages are missing: $lMissing(run as root: apt-get install $lMissing)"
+        lRoot=(sudo)
+    fi
+    say "Installing $lMissing"
+    quietly "${lRoot[@]}" apt-get update
+    # shellcheck disable=SC2086 # a list of words
+    quietly "${lRoot[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends $lMissing
+}
+
+# Runs a command and shows what it printed only if it fails.
+quietly() {
+    local lLog lStatus=0
+    lLog=$(mktemp)
+    "$@" >"$lLog" 2>&1 || lStatus=$?
+    if [ "$lStatus" != 0 ]; then
+        cat "$lLog" >&2
+        say "Failed ($lStatus): $*"
+    fi
+    rm -f "$lLog"
+    return "$lStatus"
+}
+
+# Configures and builds a preset; further arguments go to the build.
+build_preset() {
+    local lPreset=$1
+    shift
+    quietly cmake --preset "$lPreset"
+    quietly cmake --build --preset "$lPreset" --parallel "$(nproc)" "$@"
+}
+
+# Builds a preset and runs its tests. Shows the failures and the closing lines of ctest.
+test_preset() {
+    local lLog lStatus=0
+    say "== $1"
+    build_preset "$1"
+    lLog=$(mktemp)
+    ctest --preset "$1" --parallel "$(nproc)" >"$lLog" 2>&1 || lStatus=$?
+    if [ "$lStatus" = 0 ]; then
+        sed -n '/% tests passed/,$p' "$lLog"
+    else
+        cat "$lLog"
+    fi
+    rm -f "$lLog"
+    return "$lStatus"
+}
