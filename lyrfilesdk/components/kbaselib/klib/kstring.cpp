@@ -1,0 +1,361 @@
+#include "lyrfilesdk/components/kbaselib/klib/kstring.h"
+
+#include <cfloat>
+#include <charconv>
+#include <climits>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <new>
+#include <system_error>
+
+#include "lyrfilesdk/components/kbaselib/klib/kmemory.h"
+
+namespace lyrsdk {
+namespace {
+
+static_assert(FLT_EVAL_METHOD == 0, "numbers are read with plain double arithmetic; 32-bit x86 needs -mfpmath=sse");
+
+// What stands in front of a text.
+struct TextHeader {
+    int mLength;
+    int mRoom;
+};
+
+TextHeader* HeaderOf(char* pText) {
+    return reinterpret_cast<TextHeader*>(pText) - 1;
+}
+
+// Keeps a whole block below the largest object that 32-bit addresses can span.
+constexpr int sgMaxLength = INT_MAX - static_cast<int>(sizeof(TextHeader)) - 1;
+
+// A block with room for pRoom bytes and the zero byte behind them, or null.
+char* NewText(int pRoom) {
+    if (pRoom > sgMaxLength)
+        return nullptr;
+    void* lMemory = LyrSdkMalloc(sizeof(TextHeader) + static_cast<std::size_t>(pRoom) + 1);
+    return lMemory ? reinterpret_cast<char*>(::new (lMemory) TextHeader{0, pRoom} + 1) : nullptr;
+}
+
+void FreeText(char* pText) {
+    if (pText)
+        LyrSdkFree(HeaderOf(pText));
+}
+
+void SetLength(char* pText, int pLength) {
+    HeaderOf(pText)->mLength = pLength;
+    pText[pLength] = '\0';
+}
+
+// The length of a C text; -1 when an int cannot hold it.
+int LengthOf(const char* pText) {
+    const std::size_t lLength = pText ? std::strlen(pText) : 0;
+    return lLength <= static_cast<std::size_t>(INT_MAX) ? static_cast<int>(lLength) : -1;
+}
+
+}  // namespace
+
+KString::KString(const KString& pOther) {
+    Assign(pOther.Text(), pOther.GetLen());
+}
+
+KString::KString(const char* pText) {
+    Assign(pText, LengthOf(pText));
+}
+
+KString::KString(int pValue) {
+    char lBuffer[32];
+    Assign(lBuffer, lyrFormat(lBuffer, pValue));
+}
+
+KString::KString(float pValue) {
+    char lBuffer[32];
+    Assign(lBuffer, lyrFormat(lBuffer, pValue));
+}
+
+KString::KString(double pValue) {
+    char lBuffer[32];
+    Assign(lBuffer, lyrFormat(lBuffer, pValue));
+}
+
+KString& KString::operator=(const KString& pOther) {
+    Assign(pOther.Text(), pOther.GetLen());
+    return *this;
+}
+
+KString& KString::operator=(KString&& pOther) noexcept {
+    if (this != &pOther) {
+        FreeText(mText);
+        mText = pOther.mText;
+        pOther.mText = nullptr;
+    }
+    return *this;
+}
+
+KString& KString::operator=(const char* pText) {
+    Assign(pText, LengthOf(pText));
+    return *this;
+}
+
+bool KString::Assign(const char* pText, int pLength) {
+    if (pLength < 0)
+        return false;
+    if (!pText || pLength == 0) {
+        Clear();
+        return true;
+    }
+    char* lText = mText;
+    if (!lText || HeaderOf(lText)->mRoom < pLength) {
+        lText = NewText(pLength);
+        if (!lText)
+            return false;
+    }
+    // The source may lie in the old block, which is therefore freed last.
+    std::memmove(lText, pText, static_cast<std::size_t>(pLength));
+    SetLength(lText, pLength);
+    if (lText != mText) {
+        FreeText(mText);
+        mText = lText;
+    }
+    return true;
+}
+
+bool KString::Append(const char* pText) {
+    return Append(pText, LengthOf(pText));
+}
+
+bool KString::Append(const KString& pOther) {
+    return Append(pOther.Text(), pOther.GetLen());
+}
+
+bool KString::Append(const char* pText, int pLength) {
+    const int lOldLength = GetLen();
+    if (pLength < 0 || pLength > INT_MAX - lOldLength)
+        return false;
+    if (!pText || pLength == 0)
+        return true;
+    const int lLength = lOldLength + pLength;
+    char* lText = mText;
+    if (!lText || HeaderOf(lText)->mRoom < lLength) {
+        const int lDouble = lOldLength <= sgMaxLength / 2 ? lOldLength * 2 : sgMaxLength;
+        lText = NewText(lLength > lDouble ? lLength : lDouble);
+        if (!lText)
+            return false;
+        std::memcpy(lText, Text(), static_cast<std::size_t>(lOldLength));
+    }
+    std::memmove(lText + lOldLength, pText, static_cast<std::size_t>(pLength));
+    SetLength(lText, lLength);
+    if (lText != mText) {
+        FreeText(mText);
+        mText = lText;
+    }
+    return true;
+}
+
+void KString::Clear() {
+    FreeText(mText);
+    mText = nullptr;
+}
+
+int KString::GetLen() const {
+    return mText ? HeaderOf(mText)->mLength : 0;
+}
+
+KString operator+(const KString& pLeft, const char* pRight) {
+    KString lSum(pLeft);
+    if (lSum.GetLen() != pLeft.GetLen() || !lSum.Append(pRight))
+        lSum.Clear();
+    return lSum;
+}
+
+KString operator+(const KString& pLeft, const KString& pRight) {
+    KString lSum(pLeft);
+    if (lSum.GetLen() != pLeft.GetLen() || !lSum.Append(pRight))
+        lSum.Clear();
+    return lSum;
+}
+
+bool operator==(const KString& pLeft, const KString& pRight) {
+    return pLeft.GetLen() == pRight.GetLen() &&
+           std::memcmp(pLeft.Buffer(), pRight.Buffer(), static_cast<std::size_t>(pLeft.GetLen())) == 0;
+}
+
+bool operator==(const KString& pLeft, const char* pRight) {
+    const std::size_t lLength = pRight ? std::strlen(pRight) : 0;
+    return static_cast<std::size_t>(pLeft.GetLen()) == lLength &&
+           (lLength == 0 || std::memcmp(pLeft.Buffer(), pRight, lLength) == 0);
+}
+
+int lyrCompareText(const KString& pLeft, const KString& pRight) {
+    const int lLeft = pLeft.GetLen();
+    const int lRight = pRight.GetLen();
+    const std::size_t lCommon = static_cast<unsigned int>(lLeft < lRight ? lLeft : lRight) & INT_MAX;
+    const int lOrder = std::memcmp(pLeft.Buffer(), pRight.Buffer(), lCommon);
+    if (lOrder != 0)
+        return lOrder;
+    return lLeft < lRight ? -1 : lLeft > lRight;
+}
+
+namespace {
+
+int Terminate(char (&pBuffer)[32], const std::to_chars_result& pResult) {
+    *pResult.ptr = '\0';
+    return static_cast<int>(pResult.ptr - pBuffer);
+}
+
+template <typename T>
+bool SameBits(T pLeft, T pRight) {
+    return std::memcmp(&pLeft, &pRight, sizeof(T)) == 0;
+}
+
+bool ReadBack(const char* pText, int pLength, double& pValue) {
+    return lyrParseDouble(pText, pLength, pValue);
+}
+
+bool ReadBack(const char* pText, int pLength, float& pValue) {
+    const std::from_chars_result lResult = std::from_chars(pText, pText + pLength, pValue);
+    return lResult.ec == std::errc() && lResult.ptr == pText + pLength;
+}
+
+// The buffer is larger than the longest text, 24 bytes, so that writing cannot fail.
+template <typename T>
+int FormatReal(char (&pBuffer)[32], T pValue, int pFewestDigits, int pMostDigits) {
+    // The sign of a NaN depends on how a compiler folded the arithmetic before it, and is therefore not shown.
+    if (std::isnan(pValue))
+        pValue = std::numeric_limits<T>::quiet_NaN();
+    for (int lDigits = pFewestDigits;; ++lDigits) {
+        const int lLength = Terminate(pBuffer, std::to_chars(pBuffer, pBuffer + sizeof(pBuffer) - 1, pValue,
+                                                             std::chars_format::general, lDigits));
+        T lBack{};
+        if (lDigits >= pMostDigits || !std::isfinite(pValue) ||
+            (ReadBack(pBuffer, lLength, lBack) && SameBits(lBack, pValue)))
+            return lLength;
+    }
+}
+
+}  // namespace
+
+int lyrFormat(char (&pBuffer)[32], int pValue) {
+    return Terminate(pBuffer, std::to_chars(pBuffer, pBuffer + sizeof(pBuffer) - 1, pValue));
+}
+
+int lyrFormat(char (&pBuffer)[32], float pValue) {
+    return FormatReal(pBuffer, pValue, 6, 9);
+}
+
+int lyrFormat(char (&pBuffer)[32], double pValue) {
+    return FormatReal(pBuffer, pValue, 15, 17);
+}
+
+namespace {
+
+// A decimal number taken apart: (-1)^mNegative * mDigits * 10^mExponent.
+struct Decimal {
+    std::uint64_t mDigits = 0;
+    std::int64_t mExponent = 0;
+    bool mNegative = false;
+};
+
+bool IsDigit(char pCharacter) {
+    return pCharacter >= '0' && pCharacter <= '9';
+}
+
+// Reads "e", an optional sign and digits that reach pEnd.
+bool ReadExponent(const char* pText, const char* pEnd, std::int64_t& pExponent) {
+    ++pText;
+    const bool lNegative = pText != pEnd && *pText == '-';
+    if (pText != pEnd && (*pText == '-' || *pText == '+'))
+        ++pText;
+    if (pText == pEnd)
+        return false;
+    std::int64_t lExponent = 0;
+    for (; pText != pEnd; ++pText) {
+        if (!IsDigit(*pText))
+            return false;
+        // More than any number of digits in front of it could make up for.
+        if (lExponent < std::int64_t{1} << 40)
+            lExponent = lExponent * 10 + (*pText - '0');
+    }
+    pExponent += lNegative ? -lExponent : lExponent;
+    return true;
+}
+
+// Takes a text apart when it has no more than 19 significant digits. False for anything else, number or not.
+bool ReadShort(const char* pText, const char* pEnd, Decimal& pDecimal) {
+    if (pText != pEnd && *pText == '-') {
+        pDecimal.mNegative = true;
+        ++pText;
+    }
+    bool lAnyDigit = false;
+    bool lPoint = false;
+    int lSignificant = 0;
+    for (; pText != pEnd && (IsDigit(*pText) || (*pText == '.' && !lPoint)); ++pText) {
+        if (*pText == '.') {
+            lPoint = true;
+            continue;
+        }
+        lAnyDigit = true;
+        lSignificant += pDecimal.mDigits != 0 || *pText != '0';
+        if (lSignificant > 19)
+            return false;
+        pDecimal.mDigits = pDecimal.mDigits * 10 + static_cast<std::uint64_t>(*pText - '0');
+        pDecimal.mExponent -= lPoint;
+    }
+    if (!lAnyDigit)
+        return false;
+    if (pText == pEnd)
+        return true;
+    return (*pText == 'e' || *pText == 'E') && ReadExponent(pText, pEnd, pDecimal.mExponent);
+}
+
+// Digits and power are both exact doubles, so that one multiplication or division rounds once. False when they are not.
+//
+// std::from_chars takes the same short cut, but a runtime built for x87 arithmetic rounds the product to 64 bits first
+// and to 53 bits behind that, which misses the nearest double for texts such as 5.435359256080003e+22.
+bool RoundOnce(const Decimal& pDecimal, double& pValue) {
+    static constexpr double sPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                         1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+    if (pDecimal.mDigits > (std::uint64_t{1} << 53) || pDecimal.mExponent < -22 || pDecimal.mExponent > 22)
+        return false;
+    double lValue = static_cast<double>(pDecimal.mDigits);
+    if (pDecimal.mExponent < 0)
+        lValue /= sPowers[-pDecimal.mExponent];
+    else
+        lValue *= sPowers[pDecimal.mExponent];
+    pValue = pDecimal.mNegative ? -lValue : lValue;
+    return true;
+}
+
+// True when the digits in front of the exponent are not all zero. The text is known to be a number.
+bool HasNonZeroDigit(const char* pText, const char* pEnd) {
+    for (; pText != pEnd && *pText != 'e' && *pText != 'E'; ++pText)
+        if (*pText >= '1' && *pText <= '9')
+            return true;
+    return false;
+}
+
+}  // namespace
+
+bool lyrParseDouble(const char* pText, int pLength, double& pValue) {
+    if (!pText || pLength <= 0)
+        return false;
+    const char* const lEnd = pText + pLength;
+    Decimal lDecimal;
+    double lValue = 0.0;
+    if (ReadShort(pText, lEnd, lDecimal) && RoundOnce(lDecimal, lValue)) {
+        pValue = lValue;
+        return true;
+    }
+    const std::from_chars_result lResult = std::from_chars(pText, lEnd, lValue);
+    if (lResult.ec != std::errc() || lResult.ptr != lEnd)
+        return false;
+    // Runtimes differ in whether they call these two out of range.
+    const bool lNumber = IsDigit(lEnd[-1]) || lEnd[-1] == '.';
+    if (lNumber && (std::isinf(lValue) || (lValue == 0.0 && HasNonZeroDigit(pText, lEnd))))
+        return false;
+    pValue = lValue;
+    return true;
+}
+
+}  // namespace lyrsdk
