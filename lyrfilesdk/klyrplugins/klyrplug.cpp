@@ -1,0 +1,7 @@
+#include "lyrfilesdk/klyrplugins/klyrplug.h"
+
+namespace lyrsdk {
+
+bool KLyrPlug::sgWipeMode = false;
+
+}  // namespace lyrsdk
