@@ -1,0 +1,570 @@
+#pragma once
+
+// The red-black tree under the ordered map.
+//
+// A tree is a root pointer, a count and its allocator. Every record is one node:
+//
+//     mData                    key, then value, stored by value
+//     mParent                  null at the root
+//     mLeftChild, mRightChild  null if none
+//     mColor : 2               0 red, 1 black
+//     mBlackDepth : 30         room for sanity checks; 0 in a new record, read by no operation
+//
+// Between operations an in-order walk gives strictly increasing keys, the root is black, no red record has a red child,
+// every way down from a record to a null link meets the same number of black records, and mSize counts the records.
+// Finding, inserting and removing are O(log n). Insert takes one record from the allocator and nothing else. A record
+// keeps its address until it is removed; values that are pointers are not owned.
+//
+// The compare functor is stateless, takes two keys and returns an int whose sign tells their order; the record's key is
+// always its first argument.
+//
+// Broken links are reported and the operation goes on. The line numbers of the reports are fixed names of the check
+// sites, not places in this file.
+
+#include <climits>
+#include <new>
+#include <type_traits>
+#include <utility>
+
+#include "lyrfilesdk/components/kbaselib/klib/kassert.h"
+#include "lyrfilesdk/components/kbaselib/klib/kpair.h"
+
+namespace lyrsdk {
+
+inline constexpr char sgMapPath[] = "lyrfilesdk/components/kbaselib/klib/kmap";
+
+// Data has GetKey() and GetValue(), and a constructor from a key and a value. Allocator is one of
+// kcontainerallocators.h.
+template <typename Data, typename Compare, typename Allocator>
+class KRedBlackTree {
+public:
+    using KeyType = std::decay_t<decltype(std::declval<const Data&>().GetKey())>;
+    using ValueType = std::decay_t<decltype(std::declval<const Data&>().GetValue())>;
+
+    enum EColor : unsigned int { eRed = 0, eBlack = 1 };
+
+    struct RecordType {
+        RecordType(const KeyType& pKey, const ValueType& pValue) : mData(pKey, pValue), mColor(eRed), mBlackDepth(0) {}
+
+        const KeyType& GetKey() const { return mData.GetKey(); }
+        const ValueType& GetValue() const { return mData.GetValue(); }
+        ValueType& GetValue() { return mData.GetValue(); }
+
+        // The records with the smallest and the largest key of the subtree below and with this one.
+        RecordType* Minimum() { return const_cast<RecordType*>(std::as_const(*this).Minimum()); }
+        const RecordType* Minimum() const;
+        RecordType* Maximum() { return const_cast<RecordType*>(std::as_const(*this).Maximum()); }
+        const RecordType* Maximum() const;
+        // The record with the next larger key, or null. Constant on average over a whole walk.
+        RecordType* Successor() { return const_cast<RecordType*>(std::as_const(*this).Successor()); }
+        const RecordType* Successor() const;
+
+        Data mData;
+        RecordType* mParent = nullptr;
+        RecordType* mLeftChild = nullptr;
+        RecordType* mRightChild = nullptr;
+        unsigned int mColor : 2;
+        unsigned int mBlackDepth : 30;
+    };
+
+    KRedBlackTree() : mAllocator(sizeof(RecordType)) {}
+    ~KRedBlackTree() { Clear(); }
+    KRedBlackTree(const KRedBlackTree&) = delete;
+    KRedBlackTree& operator=(const KRedBlackTree&) = delete;
+
+    // Has the allocator keep memory for pCount records in stock. False when there is no memory.
+    bool Reserve(unsigned int pCount) { return mAllocator.Reserve(pCount); }
+    int GetSize() const { return mSize; }
+
+    // The record with the key, and true when this call made it. A record that was there keeps its value. Without memory
+    // (null, false), and the tree is unchanged.
+    KPair<RecordType*, bool> Insert(const KeyType& pKey, const ValueType& pValue);
+    KPair<RecordType*, bool> Insert(const Data& pData) { return Insert(pData.GetKey(), pData.GetValue()); }
+    // False when no record has the key.
+    bool Remove(const KeyType& pKey);
+    // Removes every record.
+    void Clear();
+
+    // The record with the key, or null.
+    RecordType* Find(const KeyType& pKey) { return const_cast<RecordType*>(std::as_const(*this).Find(pKey)); }
+    const RecordType* Find(const KeyType& pKey) const { return Descend(pKey).mRecord; }
+    // The record with the smallest key that is greater, or null.
+    RecordType* UpperBound(const KeyType& pKey) {
+        return const_cast<RecordType*>(std::as_const(*this).UpperBound(pKey));
+    }
+    const RecordType* UpperBound(const KeyType& pKey) const;
+    // The records with the smallest and the largest key; null when the tree is empty.
+    RecordType* Minimum() { return mRoot ? mRoot->Minimum() : nullptr; }
+    const RecordType* Minimum() const { return mRoot ? std::as_const(*mRoot).Minimum() : nullptr; }
+    RecordType* Maximum() { return mRoot ? mRoot->Maximum() : nullptr; }
+    const RecordType* Maximum() const { return mRoot ? std::as_const(*mRoot).Maximum() : nullptr; }
+
+private:
+    // Where the way down to a key ended: its record or null, and the record above that place.
+    struct Place {
+        RecordType* mRecord;
+        RecordType* mParent;
+    };
+
+    Place Descend(const KeyType& pKey) const;
+    RecordType* NewRecord(const KeyType& pKey, const ValueType& pValue);
+    void DeleteRecord(RecordType* pRecord);
+    void ClearSubtree(RecordType* pRecord);
+
+    void FixNodesAfterInsertion(RecordType* pNode);
+    void StraightenAndRotate(RecordType* pNode, RecordType* pParent, RecordType* pGrandparent);
+    void LeftRotate(RecordType* pNode);
+    void RightRotate(RecordType* pNode);
+
+    void RemoveNode(RecordType* pNode);
+    void RemoveLeaf(RecordType* pNode);
+    bool ReplaceInParent(RecordType* pNode, RecordType* pNewNode);
+    void ReplaceNode(RecordType* pNodeToReplace, RecordType* pNewNode);
+    void FixNodesAfterRemoval(RecordType* pParent, RecordType* pNode);
+    void BorrowFromSibling(RecordType* pParent, RecordType* pNode, RecordType* pSibling);
+
+    static RecordType* Sibling(RecordType* pParent, RecordType* pNode);
+    static bool IsBlack(const RecordType* pRecord) { return !pRecord || pRecord->mColor == eBlack; }
+
+    RecordType* mRoot = nullptr;
+    int mSize = 0;
+    Allocator mAllocator;
+};
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Walking
+
+template <typename Data, typename Compare, typename Allocator>
+auto KRedBlackTree<Data, Compare, Allocator>::RecordType::Minimum() const -> const RecordType* {
+    const RecordType* lRecord = this;
+    while (lRecord->mLeftChild)
+        lRecord = lRecord->mLeftChild;
+    return lRecord;
+}
+
+template <typename Data, typename Compare, typename Allocator>
+auto KRedBlackTree<Data, Compare, Allocator>::RecordType::Maximum() const -> const RecordType* {
+    const RecordType* lRecord = this;
+    while (lRecord->mRightChild)
+        lRecord = lRecord->mRightChild;
+    return lRecord;
+}
+
+template <typename Data, typename Compare, typename Allocator>
+auto KRedBlackTree<Data, Compare, Allocator>::RecordType::Successor() const -> const RecordType* {
+    if (mRightChild)
+        return std::as_const(*mRightChild).Minimum();
+    const RecordType* lRecord = this;
+    const RecordType* lParent = mParent;
+    while (lParent && lParent->mRightChild == lRecord) {
+        lRecord = lParent;
+        lParent = lParent->mParent;
+    }
+    return lParent;
+}
+
+template <typename Data, typename Compare, typename Allocator>
+auto KRedBlackTree<Data, Compare, Allocator>::Descend(const KeyType& pKey) const -> Place {
+    Place lPlace{mRoot, nullptr};
+    while (lPlace.mRecord) {
+        const int lOrder = Compare()(std::as_const(*lPlace.mRecord).GetKey(), pKey);
+        if (lOrder == 0)
+            break;
+        lPlace.mParent = lPlace.mRecord;
+        lPlace.mRecord = lOrder < 0 ? lPlace.mRecord->mRightChild : lPlace.mRecord->mLeftChild;
+    }
+    return lPlace;
+}
+
+template <typename Data, typename Compare, typename Allocator>
+auto KRedBlackTree<Data, Compare, Allocator>::UpperBound(const KeyType& pKey) const -> const RecordType* {
+    const RecordType* lBound = nullptr;
+    const RecordType* lRecord = mRoot;
+    while (lRecord) {
+        if (Compare()(lRecord->GetKey(), pKey) <= 0) {
+            lRecord = lRecord->mRightChild;
+        } else {
+            lBound = lRecord;
+            lRecord = lRecord->mLeftChild;
+        }
+    }
+    return lBound;
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Records
+
+// Null when there is no memory.
+template <typename Data, typename Compare, typename Allocator>
+auto KRedBlackTree<Data, Compare, Allocator>::NewRecord(const KeyType& pKey, const ValueType& pValue) -> RecordType* {
+    void* lMemory = mAllocator.AllocateRecords(1);
+    if (!lMemory)
+        return nullptr;
+    RecordType* lRecord = ::new (lMemory) RecordType(pKey, pValue);
+    if constexpr (!std::is_trivially_copyable_v<KeyType>) {
+        // A key that owns memory may have been copied without getting any; in the tree it would break the order.
+        if (Compare()(std::as_const(*lRecord).GetKey(), pKey) != 0) {
+            DeleteRecord(lRecord);
+            return nullptr;
+        }
+    }
+    return lRecord;
+}
+
+template <typename Data, typename Compare, typename Allocator>
+void KRedBlackTree<Data, Compare, Allocator>::DeleteRecord(RecordType* pRecord) {
+    pRecord->~RecordType();
+    mAllocator.FreeMemory(pRecord);
+}
+
+template <typename Data, typename Compare, typename Allocator>
+void KRedBlackTree<Data, Compare, Allocator>::Clear() {
+    if (mRoot)
+        ClearSubtree(mRoot);
+    mRoot = nullptr;
+    mSize = 0;
+}
+
+// Recursion is as deep as the tree is high, which is twice the logarithm of its size at most.
+template <typename Data, typename Compare, typename Allocator>
+void KRedBlackTree<Data, Compare, Allocator>::ClearSubtree(RecordType* pRecord) {
+    if (pRecord->mLeftChild)
+        ClearSubtree(pRecord->mLeftChild);
+    if (pRecord->mRightChild)
+        ClearSubtree(pRecord->mRightChild);
+    DeleteRecord(pRecord);
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Insertion
+
+template <typename Data, typename Compare, typename Allocator>
+auto KRedBlackTree<Data, Compare, Allocator>::Insert(const KeyType& pKey, const ValueType& pValue)
+    -> KPair<RecordType*, bool> {
+    using Result = KPair<RecordType*, bool>;
+    const Place lPlace = Descend(pKey);
+    if (lPlace.mRecord)
+        return Result(lPlace.mRecord, false);
+    RecordType* lNode = mSize < INT_MAX ? NewRecord(pKey, pValue) : nullptr;
+    if (!lNode)
+        return Result(nullptr, false);
+    ++mSize;
+    RecordType* lParent = lPlace.mParent;
+    if (!lParent) {
+        mRoot = lNode;
+    } else if (Compare()(std::as_const(*lParent).GetKey(), pKey) < 0) {
+        LYRSDK_CHECK(lParent->mRightChild == nullptr, sgMapPath, 602, "lParent->mRightChild == 0");
+        lParent->mRightChild = lNode;
+    } else {
+        LYRSDK_CHECK(lParent->mLeftChild == nullptr, sgMapPath, 608, "lParent->mLeftChild == 0");
+        lParent->mLeftChild = lNode;
+    }
+    lNode->mParent = lParent;
+    FixNodesAfterInsertion(lNode);
+    return Result(lNode, true);
+}
+
+// pNode is red and may have a red parent; nothing else is out of order.
+template <typename Data, typename Compare, typename Allocator>
+void KRedBlackTree<Data, Compare, Allocator>::FixNodesAfterInsertion(RecordType* pNode) {
+    while (RecordType* lParent = pNode->mParent) {
+        if (IsBlack(lParent))
+            break;
+        // Only a root whose colour was broken is red and has nothing above.
+        RecordType* lGrandparent = lParent->mParent;
+        if (!lGrandparent)
+            break;
+        RecordType* lUncle = Sibling(lGrandparent, lParent);
+        if (IsBlack(lUncle)) {
+            StraightenAndRotate(pNode, lParent, lGrandparent);
+            break;
+        }
+        lParent->mColor = eBlack;
+        lUncle->mColor = eBlack;
+        lGrandparent->mColor = eRed;
+        pNode = lGrandparent;
+    }
+    mRoot->mColor = eBlack;
+}
+
+// pNode and pParent are red, pGrandparent is black and so is its other child. Brings pNode to the outer side, then
+// turns the grandparent down on the other side.
+template <typename Data, typename Compare, typename Allocator>
+void KRedBlackTree<Data, Compare, Allocator>::StraightenAndRotate(RecordType* pNode, RecordType* pParent,
+                                                                  RecordType* pGrandparent) {
+    if (pNode == pParent->mRightChild && pParent == pGrandparent->mLeftChild) {
+        LeftRotate(pParent);
+        pNode = pNode->mLeftChild;
+    } else if (pNode == pParent->mLeftChild && pParent == pGrandparent->mRightChild) {
+        RightRotate(pParent);
+        pNode = pNode->mRightChild;
+    }
+    pParent = pNode->mParent;
+    pParent->mColor = eBlack;
+    pGrandparent->mColor = eRed;
+    if (pNode == pParent->mLeftChild && pParent == pGrandparent->mLeftChild)
+        RightRotate(pGrandparent);
+    else
+        LeftRotate(pGrandparent);
+}
+
+//      Z                     Z
+//      |                     |
+//    pNode                 lNode
+//    /   \                 /   \      .
+//   A   lNode    --->   pNode   C
+//       /   \           /   \         .
+//      B     C         A     B
+template <typename Data, typename Compare, typename Allocator>
+void KRedBlackTree<Data, Compare, Allocator>::LeftRotate(RecordType* pNode) {
+    RecordType* lNode = pNode->mRightChild;
+    RecordType* lA = pNode->mLeftChild;
+    RecordType* lB = lNode->mLeftChild;
+    RecordType* lC = lNode->mRightChild;
+    RecordType* lZ = pNode->mParent;
+
+    pNode->mRightChild = lB;
+    if (lB)
+        lB->mParent = pNode;
+    lNode->mParent = lZ;
+    if (!lZ) {
+        LYRSDK_CHECK(mRoot == pNode, sgMapPath, 1066, "mRoot == pNode");
+        mRoot = lNode;
+    } else if (lZ->mLeftChild != pNode) {
+        lZ->mRightChild = lNode;
+    } else {
+        lZ->mLeftChild = lNode;
+    }
+    lNode->mLeftChild = pNode;
+    pNode->mParent = lNode;
+
+    LYRSDK_CHECK(pNode->mLeftChild == lA, sgMapPath, 1080, "pNode->mLeftChild == A");
+    LYRSDK_CHECK(pNode->mRightChild == lB, sgMapPath, 1081, "pNode->mRightChild == B");
+    LYRSDK_CHECK(pNode->mParent == lNode, sgMapPath, 1082, "pNode->mParent == lNode");
+    LYRSDK_CHECK(lNode->mLeftChild == pNode, sgMapPath, 1084, "lNode->mLeftChild == pNode");
+    LYRSDK_CHECK(lNode->mRightChild == lC, sgMapPath, 1085, "lNode->mRightChild == C");
+    LYRSDK_CHECK(lNode->mParent == lZ, sgMapPath, 1086, "lNode->mParent == Z");
+    LYRSDK_CHECK(!lA || lA->mParent == pNode, sgMapPath, 1088, "A == 0 || A->mParent == pNode");
+    LYRSDK_CHECK(!lB || lB->mParent == pNode, sgMapPath, 1089, "B == 0 || B->mParent == pNode");
+    LYRSDK_CHECK(!lC || lC->mParent == lNode, sgMapPath, 1090, "C == 0 || C->mParent == lNode");
+    LYRSDK_CHECK(!lZ || lZ->mLeftChild == lNode || lZ->mRightChild == lNode, sgMapPath, 1091,
+                 "Z == 0 || Z->mLeftChild == lNode || Z->mRightChild == lNode");
+}
+
+//        Z               Z
+//        |               |
+//      pNode           lNode
+//      /   \           /   \          .
+//   lNode   C  --->   A   pNode
+//   /   \                 /   \       .
+//  A     B               B     C
+template <typename Data, typename Compare, typename Allocator>
+void KRedBlackTree<Data, Compare, Allocator>::RightRotate(RecordType* pNode) {
+    RecordType* lNode = pNode->mLeftChild;
+    RecordType* lA = lNode->mLeftChild;
+    RecordType* lB = lNode->mRightChild;
+    RecordType* lC = pNode->mRightChild;
+    RecordType* lZ = pNode->mParent;
+
+    pNode->mLeftChild = lB;
+    if (lB)
+        lB->mParent = pNode;
+    lNode->mParent = lZ;
+    if (!lZ) {
+        LYRSDK_CHECK(mRoot == pNode, sgMapPath, 1115, "mRoot == pNode");
+        mRoot = lNode;
+    } else if (lZ->mRightChild != pNode) {
+        lZ->mLeftChild = lNode;
+    } else {
+        lZ->mRightChild = lNode;
+    }
+    lNode->mRightChild = pNode;
+    pNode->mParent = lNode;
+
+    LYRSDK_CHECK(lNode->mLeftChild == lA, sgMapPath, 1129, "lNode->mLeftChild == A");
+    LYRSDK_CHECK(lNode->mRightChild == pNode, sgMapPath, 1130, "lNode->mRightChild == pNode");
+    LYRSDK_CHECK(lNode->mParent == lZ, sgMapPath, 1131, "lNode->mParent == Z");
+    LYRSDK_CHECK(pNode->mLeftChild == lB, sgMapPath, 1133, "pNode->mLeftChild == B");
+    LYRSDK_CHECK(pNode->mRightChild == lC, sgMapPath, 1134, "pNode->mRightChild == C");
+    LYRSDK_CHECK(pNode->mParent == lNode, sgMapPath, 1135, "pNode->mParent == lNode");
+    LYRSDK_CHECK(!lA || lA->mParent == lNode, sgMapPath, 1137, "A == 0 || A->mParent == lNode");
+    LYRSDK_CHECK(!lB || lB->mParent == pNode, sgMapPath, 1138, "B == 0 || B->mParent == pNode");
+    LYRSDK_CHECK(!lC || lC->mParent == pNode, sgMapPath, 1139, "C == 0 || C->mParent == pNode");
+    LYRSDK_CHECK(!lZ || lZ->mLeftChild == lNode || lZ->mRightChild == lNode, sgMapPath, 1140,
+                 "Z == 0 || Z->mLeftChild == lNode || Z->mRightChild == lNode");
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Removal
+
+template <typename Data, typename Compare, typename Allocator>
+bool KRedBlackTree<Data, Compare, Allocator>::Remove(const KeyType& pKey) {
+    RecordType* lRecord = Descend(pKey).mRecord;
+    if (!lRecord)
+        return false;
+    RemoveNode(lRecord);
+    --mSize;
+    DeleteRecord(lRecord);
+    return true;
+}
+
+// Takes pNode out of the tree without freeing it.
+template <typename Data, typename Compare, typename Allocator>
+void KRedBlackTree<Data, Compare, Allocator>::RemoveNode(RecordType* pNode) {
+    if (!pNode->mLeftChild && !pNode->mRightChild) {
+        RemoveLeaf(pNode);
+    } else if (!pNode->mLeftChild) {
+        RecordType* lChild = pNode->mRightChild;
+        if (!pNode->mParent) {
+            LYRSDK_CHECK(mRoot == pNode, sgMapPath, 1197, "mRoot == pNode");
+            mRoot = lChild;
+        } else if (!ReplaceInParent(pNode, lChild)) {
+            LYRSDK_REPORT(sgMapPath, 1192, "Node not found in KRedBlackTree");
+        }
+        lChild->mParent = pNode->mParent;
+        if (IsBlack(pNode))
+            FixNodesAfterRemoval(lChild->mParent, lChild);
+    } else if (pNode->mRightChild) {
+        // The colour is read behind the removal, whose repair may have changed it.
+        RecordType* lNext = pNode->mRightChild->Minimum();
+        RemoveNode(lNext);
+        lNext->mColor = pNode->mColor;
+        ReplaceNode(pNode, lNext);
+    } else {
+        RecordType* lChild = pNode->mLeftChild;
+        if (!pNode->mParent) {
+            LYRSDK_CHECK(mRoot == pNode, sgMapPath, 1231, "mRoot == pNode");
+            mRoot = lChild;
+        } else if (!ReplaceInParent(pNode, lChild)) {
+            LYRSDK_REPORT(sgMapPath, 1226, "Node not found in KRedBlackTree");
+        }
+        lChild->mParent = pNode->mParent;
+        if (IsBlack(pNode))
+            FixNodesAfterRemoval(lChild->mParent, lChild);
+    }
+    pNode->mParent = nullptr;
+    pNode->mLeftChild = nullptr;
+    pNode->mRightChild = nullptr;
+}
+
+template <typename Data, typename Compare, typename Allocator>
+void KRedBlackTree<Data, Compare, Allocator>::RemoveLeaf(RecordType* pNode) {
+    if (!pNode->mParent) {
+        LYRSDK_CHECK(mRoot == pNode, sgMapPath, 1167, "mRoot == pNode");
+        mRoot = nullptr;
+    } else if (!ReplaceInParent(pNode, nullptr)) {
+        LYRSDK_REPORT(sgMapPath, 1162, "Node not found in KRedBlackTree");
+    }
+    if (IsBlack(pNode))
+        FixNodesAfterRemoval(pNode->mParent, nullptr);
+}
+
+// Points the parent's link that leads to pNode at pNewNode. False when neither link leads there.
+template <typename Data, typename Compare, typename Allocator>
+bool KRedBlackTree<Data, Compare, Allocator>::ReplaceInParent(RecordType* pNode, RecordType* pNewNode) {
+    RecordType* lParent = pNode->mParent;
+    if (lParent->mLeftChild == pNode)
+        lParent->mLeftChild = pNewNode;
+    else if (lParent->mRightChild == pNode)
+        lParent->mRightChild = pNewNode;
+    else
+        return false;
+    return true;
+}
+
+// Puts pNewNode, which is in no tree, where pNodeToReplace is. Colours stay.
+template <typename Data, typename Compare, typename Allocator>
+void KRedBlackTree<Data, Compare, Allocator>::ReplaceNode(RecordType* pNodeToReplace, RecordType* pNewNode) {
+    pNewNode->mParent = pNodeToReplace->mParent;
+    if (!pNodeToReplace->mParent) {
+        LYRSDK_CHECK(mRoot == pNodeToReplace, sgMapPath, 1273, "mRoot == pNodeToReplace");
+        mRoot = pNewNode;
+    } else {
+        ReplaceInParent(pNodeToReplace, pNewNode);
+    }
+    pNewNode->mLeftChild = pNodeToReplace->mLeftChild;
+    if (pNewNode->mLeftChild)
+        pNewNode->mLeftChild->mParent = pNewNode;
+    pNewNode->mRightChild = pNodeToReplace->mRightChild;
+    if (pNewNode->mRightChild)
+        pNewNode->mRightChild->mParent = pNewNode;
+}
+
+// The parent's other child. A null pNode stands for an empty left link before an empty right one.
+template <typename Data, typename Compare, typename Allocator>
+auto KRedBlackTree<Data, Compare, Allocator>::Sibling(RecordType* pParent, RecordType* pNode) -> RecordType* {
+    if (!pParent)
+        return nullptr;
+    if (pParent->mLeftChild == pNode)
+        return pParent->mRightChild;
+    return pParent->mRightChild == pNode ? pParent->mLeftChild : nullptr;
+}
+
+// The ways down through pNode, a child of pParent or null for an empty link, are one black record short.
+template <typename Data, typename Compare, typename Allocator>
+void KRedBlackTree<Data, Compare, Allocator>::FixNodesAfterRemoval(RecordType* pParent, RecordType* pNode) {
+    for (; pParent && IsBlack(pNode); pNode = pParent, pParent = pNode->mParent) {
+        RecordType* lSibling = Sibling(pParent, pNode);
+        if (!IsBlack(lSibling)) {
+            pParent->mColor = eRed;
+            lSibling->mColor = eBlack;
+            if (pNode == pParent->mLeftChild)
+                LeftRotate(pParent);
+            else
+                RightRotate(pParent);
+            lSibling = Sibling(pParent, pNode);
+        }
+        const bool lNoRedNephew =
+            IsBlack(lSibling) && (!lSibling || (IsBlack(lSibling->mLeftChild) && IsBlack(lSibling->mRightChild)));
+        if (!IsBlack(pParent) && lNoRedNephew) {
+            if (lSibling)
+                lSibling->mColor = eRed;
+            pParent->mColor = eBlack;
+            break;
+        }
+        if (!lSibling || !lNoRedNephew) {
+            BorrowFromSibling(pParent, pNode, lSibling);
+            break;
+        }
+        lSibling->mColor = eRed;
+    }
+    if (!IsBlack(pNode))
+        pNode->mColor = eBlack;
+    if (mRoot)
+        mRoot->mColor = eBlack;
+}
+
+// The sibling is black and has a red child. Brings that child to the outer side, then turns the parent down over the
+// short way.
+template <typename Data, typename Compare, typename Allocator>
+void KRedBlackTree<Data, Compare, Allocator>::BorrowFromSibling(RecordType* pParent, RecordType* pNode,
+                                                                RecordType* pSibling) {
+    const bool lLeft = pNode == pParent->mLeftChild;
+    if (pSibling && IsBlack(pSibling)) {
+        RecordType* lInner = lLeft ? pSibling->mLeftChild : pSibling->mRightChild;
+        RecordType* lOuter = lLeft ? pSibling->mRightChild : pSibling->mLeftChild;
+        if (!IsBlack(lInner) && IsBlack(lOuter)) {
+            pSibling->mColor = eRed;
+            lInner->mColor = eBlack;
+            if (lLeft)
+                RightRotate(pSibling);
+            else
+                LeftRotate(pSibling);
+        }
+    }
+    RecordType* lSibling = Sibling(pParent, pNode);
+    LYRSDK_CHECK(lSibling != nullptr, sgMapPath, 1396, "lSibling != 0");
+    if (!lSibling)
+        return;
+    lSibling->mColor = pParent->mColor;
+    pParent->mColor = eBlack;
+    RecordType* lOuter = lLeft ? lSibling->mRightChild : lSibling->mLeftChild;
+    if (lOuter)
+        lOuter->mColor = eBlack;
+    if (lLeft)
+        LeftRotate(pParent);
+    else
+        RightRotate(pParent);
+}
+
+}  // namespace lyrsdk

@@ -1,0 +1,307 @@
+#include "lyrfilesdk/components/kbaselib/klib/kredblacktree.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "lyrfilesdk/components/kbaselib/klib/kmap.h"
+#include "tests/support/map_invariants.h"
+#include "tests/support/memory_probe.h"
+#include "tests/support/report_recorder.h"
+
+namespace lyrsdk {
+namespace {
+
+using Map = KMap<int, int, KLyrLessCompare<int>, KHungryAllocator>;
+using Record = Map::RecordType;
+
+// "20B(10R 30R)": key, colour, children; "-" for a missing one of two.
+std::string Shape(const Record* pRecord) {
+    if (!pRecord)
+        return "-";
+    std::string lShape = std::to_string(pRecord->GetKey()) + (pRecord->mColor == 1 ? "B" : "R");
+    if (pRecord->mLeftChild || pRecord->mRightChild)
+        lShape += "(" + Shape(pRecord->mLeftChild) + " " + Shape(pRecord->mRightChild) + ")";
+    return lShape;
+}
+
+std::string Shape(const Map& pMap) {
+    const Record* lRoot = pMap.Minimum();
+    while (lRoot && lRoot->mParent)
+        lRoot = lRoot->mParent;
+    return Shape(lRoot);
+}
+
+std::string ShapeAfter(const std::vector<int>& pKeys) {
+    Map lMap;
+    for (int lKey : pKeys)
+        lMap.Insert(lKey, 0);
+    EXPECT_TRUE(HoldsInvariants(lMap));
+    return Shape(lMap);
+}
+
+TEST(RedBlackTree, RotatesAnOuterGrandchildOnce) {
+    EXPECT_EQ(ShapeAfter({1}), "1B");
+    EXPECT_EQ(ShapeAfter({1, 2}), "1B(- 2R)");
+    EXPECT_EQ(ShapeAfter({1, 2, 3}), "2B(1R 3R)");
+    EXPECT_EQ(ShapeAfter({3, 2, 1}), "2B(1R 3R)");
+}
+
+TEST(RedBlackTree, RotatesAnInnerGrandchildTwice) {
+    EXPECT_EQ(ShapeAfter({1, 3, 2}), "2B(1R 3R)");
+    EXPECT_EQ(ShapeAfter({3, 1, 2}), "2B(1R 3R)");
+}
+
+TEST(RedBlackTree, RecoloursBelowARedUncle) {
+    EXPECT_EQ(ShapeAfter({1, 2, 3, 4}), "2B(1B 3B(- 4R))");
+    EXPECT_EQ(ShapeAfter({4, 3, 2, 1}), "3B(2B(1R -) 4B)");
+    EXPECT_EQ(ShapeAfter({1, 2, 3, 4, 5, 6, 7, 8}), "4B(2R(1B 3B) 6R(5B 7B(- 8R)))");
+    EXPECT_EQ(ShapeAfter({8, 7, 6, 5, 4, 3, 2, 1}), "5B(3R(2B(1R -) 4B) 7R(6B 8B))");
+}
+
+// Builds a tree, then removes keys one by one and compares the shape behind each.
+void ShapesAre(const std::vector<int>& pKeys, const std::vector<std::pair<int, const char*>>& pRemovals) {
+    Map lMap;
+    for (int lKey : pKeys)
+        lMap.Insert(lKey, 0);
+    for (const auto& lRemoval : pRemovals) {
+        EXPECT_EQ(lMap.Remove(lRemoval.first), 1);
+        EXPECT_EQ(Shape(lMap), lRemoval.second) << "behind the removal of " << lRemoval.first;
+        EXPECT_TRUE(HoldsInvariants(lMap));
+    }
+}
+
+TEST(RedBlackTree, ReplacesARecordWithTwoChildrenByTheNextOne) {
+    ShapesAre({1, 2, 3, 4, 5, 6, 7, 8}, {{4, "5B(2R(1B 3B) 7R(6B 8B))"},
+                                         {5, "6B(2R(1B 3B) 7B(- 8R))"},
+                                         {6, "7B(2R(1B 3B) 8B)"},
+                                         {8, "2B(1B 7B(3R -))"},
+                                         {7, "2B(1B 3B)"},
+                                         {1, "2B(- 3R)"},
+                                         {3, "2B"},
+                                         {2, "-"}});
+}
+
+TEST(RedBlackTree, BorrowsFromAnInnerNephew) {
+    ShapesAre({1, 2, 4, 3}, {{1, "3B(2B 4B)"}});
+    ShapesAre({4, 3, 1, 2}, {{4, "2B(1B 3B)"}});
+}
+
+TEST(RedBlackTree, BorrowsFromAnOuterNephew) {
+    ShapesAre({1, 2, 3, 4}, {{1, "3B(2B 4B)"}});
+    ShapesAre({4, 3, 2, 1}, {{4, "2B(1B 3B)"}});
+}
+
+TEST(RedBlackTree, RotatesARedSiblingUpFirst) {
+    ShapesAre({1, 2, 3, 4, 5, 6}, {{1, "4B(2B(- 3R) 5B(- 6R))"}});
+    ShapesAre({6, 5, 4, 3, 2, 1}, {{6, "3B(2B(1R -) 5B(4R -))"}});
+}
+
+TEST(RedBlackTree, ALonelyChildTakesThePlaceOfTheRoot) {
+    ShapesAre({1, 2}, {{1, "2B"}});
+    ShapesAre({2, 1}, {{2, "1B"}});
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Broken links
+
+constexpr char kPath[] = "lyrfilesdk/components/kbaselib/klib/kmap";
+
+const std::map<unsigned long, const char*> kTexts = {
+    {602, "lParent->mRightChild == 0"},
+    {608, "lParent->mLeftChild == 0"},
+    {1066, "mRoot == pNode"},
+    {1080, "pNode->mLeftChild == A"},
+    {1081, "pNode->mRightChild == B"},
+    {1085, "lNode->mRightChild == C"},
+    {1086, "lNode->mParent == Z"},
+    {1088, "A == 0 || A->mParent == pNode"},
+    {1089, "B == 0 || B->mParent == pNode"},
+    {1090, "C == 0 || C->mParent == lNode"},
+    {1091, "Z == 0 || Z->mLeftChild == lNode || Z->mRightChild == lNode"},
+    {1115, "mRoot == pNode"},
+    {1129, "lNode->mLeftChild == A"},
+    {1131, "lNode->mParent == Z"},
+    {1133, "pNode->mLeftChild == B"},
+    {1134, "pNode->mRightChild == C"},
+    {1137, "A == 0 || A->mParent == lNode"},
+    {1138, "B == 0 || B->mParent == pNode"},
+    {1139, "C == 0 || C->mParent == pNode"},
+    {1140, "Z == 0 || Z->mLeftChild == lNode || Z->mRightChild == lNode"},
+    {1162, "Node not found in KRedBlackTree"},
+    {1167, "mRoot == pNode"},
+    {1192, "Node not found in KRedBlackTree"},
+    {1197, "mRoot == pNode"},
+    {1226, "Node not found in KRedBlackTree"},
+    {1231, "mRoot == pNode"},
+    {1273, "mRoot == pNodeToReplace"},
+    {1396, "lSibling != 0"},
+};
+
+enum class ELink { eParent, eLeft, eRight };
+constexpr int kNone = -1;
+
+// Points one link of a record at another record, or at none.
+struct Break {
+    int mKey;
+    ELink mLink;
+    int mTarget;
+};
+
+// A map of mCount keys 0, 10, 20, ... put in in this order, without mRemoved; then the breaks, then one operation.
+struct BrokenTree {
+    std::vector<unsigned long> mLines;
+    int mCount;
+    int mRemoved;
+    std::vector<Break> mBreaks;
+    enum { eInsert, eRemove } mOperation;
+    int mKey;
+};
+
+constexpr ELink eP = ELink::eParent;
+constexpr ELink eL = ELink::eLeft;
+constexpr ELink eR = ELink::eRight;
+
+// The checks of lines 1082, 1084, 1130 and 1135 look at links that the rotation wrote last; nothing can break those.
+// clang-format off
+const BrokenTree kBrokenTrees[] = {
+    {{1066},             6, kNone, {{30, eP, kNone}},               BrokenTree::eRemove, 20},
+    {{1080, 1088},       6, kNone, {{0, eR, 10}},                   BrokenTree::eRemove, 0},
+    {{1081},             3, kNone, {{0, eP, 0}},                    BrokenTree::eInsert, 2},
+    {{1085},             4, kNone, {{10, eP, 20}},                  BrokenTree::eRemove, 0},
+    {{1080, 1085, 1086}, 8, kNone, {{10, eR, 10}},                  BrokenTree::eRemove, 0},
+    {{1088},             2, kNone, {{0, eL, 0}},                    BrokenTree::eInsert, 1},
+    {{1089},             2, kNone, {{10, eL, 0}},                   BrokenTree::eInsert, 20},
+    {{1090},             4, kNone, {{30, eP, 0}},                   BrokenTree::eRemove, 0},
+    {{1089, 1091},       8, kNone, {{0, eR, 10}},                   BrokenTree::eRemove, 10},
+    {{1115},             9, 10,    {{20, eP, kNone}},               BrokenTree::eInsert, 4},
+    {{1129},             8, kNone, {{10, eL, 30}},                  BrokenTree::eRemove, 10},
+    {{1129, 1131, 1134}, 9, kNone, {{10, eL, 10}},                  BrokenTree::eRemove, 20},
+    {{1133},             5, 0,     {{30, eP, 30}},                  BrokenTree::eRemove, 40},
+    {{1134, 1139},       4, kNone, {{20, eR, 10}},                  BrokenTree::eRemove, 20},
+    {{1137},             8, kNone, {{0, eL, 70}},                   BrokenTree::eRemove, 10},
+    {{1138},             3, 20,    {{0, eR, 0}},                    BrokenTree::eInsert, -2},
+    {{1139},             5, kNone, {{30, eR, 0}},                   BrokenTree::eRemove, 0},
+    {{1138, 1140},       7, kNone, {{20, eL, 10}},                  BrokenTree::eRemove, 0},
+    {{1162},             3, kNone, {{0, eP, 0}},                    BrokenTree::eRemove, 0},
+    {{1167},             6, kNone, {{0, eP, kNone}},                BrokenTree::eRemove, 0},
+    {{1192},             2, kNone, {{0, eP, 0}},                    BrokenTree::eRemove, 0},
+    {{1197},             6, kNone, {{40, eP, kNone}},               BrokenTree::eRemove, 40},
+    {{1226},             3, 20,    {{10, eP, 0}},                   BrokenTree::eRemove, 10},
+    {{1231},             3, kNone, {{0, eP, kNone}, {0, eL, 0}},    BrokenTree::eRemove, 0},
+    {{1273},             7, kNone, {{30, eP, kNone}},               BrokenTree::eRemove, 30},
+    {{1396},             4, kNone, {{10, eR, kNone}},               BrokenTree::eRemove, 0},
+};
+// clang-format on
+
+void Apply(const Break& pBreak, const std::map<int, Record*>& pRecords) {
+    Record* lTarget = pBreak.mTarget == kNone ? nullptr : pRecords.at(pBreak.mTarget);
+    Record* lRecord = pRecords.at(pBreak.mKey);
+    (pBreak.mLink == eP ? lRecord->mParent : pBreak.mLink == eL ? lRecord->mLeftChild : lRecord->mRightChild) = lTarget;
+}
+
+std::vector<ReportRecorder::Report> ReportsOf(const BrokenTree& pTree) {
+    ReportRecorder lRecorder;
+    Map lMap;
+    std::map<int, Record*> lRecords;
+    for (int lIndex = 0; lIndex < pTree.mCount; ++lIndex)
+        lRecords[lIndex * 10] = lMap.Insert(lIndex * 10, 0).mFirst;
+    if (pTree.mRemoved != kNone) {
+        lMap.Remove(pTree.mRemoved);
+        lRecords.erase(pTree.mRemoved);
+    }
+    const int lSize = lMap.GetSize();
+    for (const Break& lBreak : pTree.mBreaks)
+        Apply(lBreak, lRecords);
+    if (pTree.mOperation == BrokenTree::eInsert) {
+        const auto lResult = lMap.Insert(pTree.mKey, 0);
+        EXPECT_TRUE(lResult.mSecond);
+        lRecords[pTree.mKey] = lResult.mFirst;
+        EXPECT_EQ(lMap.GetSize(), lSize + 1);
+    } else {
+        EXPECT_EQ(lMap.Remove(pTree.mKey), 1);
+        lRecords.erase(pTree.mKey);
+        EXPECT_EQ(lMap.GetSize(), lSize - 1);
+    }
+    // Links may run in circles now; the map's end must not follow them.
+    for (const auto& lRecord : lRecords)
+        lRecord.second->mLeftChild = lRecord.second->mRightChild = nullptr;
+    return lRecorder.TakeReports();
+}
+
+TEST(RedBlackTree, ReportsEachBrokenLinkAndGoesOn) {
+    LeakCheck lLeaks;
+    for (const BrokenTree& lTree : kBrokenTrees) {
+        SCOPED_TRACE(testing::Message() << "line " << lTree.mLines.front() << ", key " << lTree.mKey);
+        const auto lReports = ReportsOf(lTree);
+        ASSERT_EQ(lReports.size(), lTree.mLines.size());
+        for (std::size_t lIndex = 0; lIndex < lReports.size(); ++lIndex) {
+            EXPECT_EQ(lReports[lIndex].file, kPath);
+            EXPECT_EQ(lReports[lIndex].function, "");
+            EXPECT_EQ(lReports[lIndex].line, lTree.mLines[lIndex]);
+            EXPECT_EQ(lReports[lIndex].message, kTexts.at(lTree.mLines[lIndex]));
+        }
+    }
+}
+
+TEST(RedBlackTree, TheBrokenTreesReachEveryCheckThatLinksCanReach) {
+    std::set<unsigned long> lReached{602, 608};
+    for (const BrokenTree& lTree : kBrokenTrees)
+        lReached.insert(lTree.mLines.begin(), lTree.mLines.end());
+    for (const auto& lText : kTexts)
+        EXPECT_EQ(lReached.count(lText.first), 1u) << lText.first;
+}
+
+// Orders numbers until mTurnAt comparisons are done, and the other way round behind that.
+struct FickleCompare {
+    static int sgTurnAt;
+    int operator()(int pLeft, int pRight) const {
+        const int lOrder = KLyrLessCompare<int>()(pLeft, pRight);
+        return --sgTurnAt < 0 ? -lOrder : lOrder;
+    }
+};
+int FickleCompare::sgTurnAt = 0;
+
+void ReportsATakenSlot(int pSecondKey, int pThirdKey, unsigned long pLine) {
+    ReportRecorder lRecorder;
+    KMap<int, int, FickleCompare, KHungryAllocator> lMap;
+    FickleCompare::sgTurnAt = 3;
+    lMap.Insert(10, 0);
+    lMap.Insert(pSecondKey, 0);
+    EXPECT_TRUE(lRecorder.Reports().empty());
+    EXPECT_TRUE(lMap.Insert(pThirdKey, 0).mSecond);
+    const auto lReports = lRecorder.TakeReports();
+    ASSERT_EQ(lReports.size(), 1u);
+    EXPECT_EQ(lReports[0].file, kPath);
+    EXPECT_EQ(lReports[0].line, pLine);
+    EXPECT_EQ(lReports[0].message, kTexts.at(pLine));
+}
+
+TEST(RedBlackTree, ReportsASlotThatIsTakenWhenKeysChangeTheirOrder) {
+    ReportsATakenSlot(20, 5, 602);
+    ReportsATakenSlot(5, 20, 608);
+}
+
+TEST(RedBlackTree, ReportsOncePerSiteWhenTheHandlerSilencesIt) {
+    static int sReports = 0;
+    sReports = 0;
+    using OtherMap = KMap<int, long long, KLyrLessCompare<int>, KHungryAllocator>;
+    const KAssertFailedHandler lBefore =
+        KSetAssertFailedHandler([](const char*, const char*, unsigned long, const char*, bool* pHideForever) {
+            ++sReports;
+            *pHideForever = true;
+        });
+    OtherMap::IteratorType lEnd;
+    ++lEnd;
+    ++lEnd;
+    EXPECT_EQ(sReports, 1);
+    lEnd.operator->();
+    EXPECT_EQ(sReports, 2);
+    KSetAssertFailedHandler(lBefore);
+}
+
+}  // namespace
+}  // namespace lyrsdk
