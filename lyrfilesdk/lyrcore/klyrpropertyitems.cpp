@@ -1,0 +1,255 @@
+#include "lyrfilesdk/lyrcore/klyrpropertyitems.h"
+
+#include "lyrfilesdk/klyrplugins/klyrplug.h"
+#include "lyrfilesdk/lyrcore/klyrpropertypage.h"
+
+namespace lyrsdk {
+
+// --- value ---------------------------------------------------------------------------------------------------------
+
+KLyrPropertyValue* KLyrPropertyValue::Create(const void* pValue, ELyrType pType) {
+    KLyrPropertyValue* lItem = LyrSdkNew<KLyrPropertyValue>(pValue, pType);
+    if (lItem && !lItem->mValue && lyrStorageSize(pType) != 0) {
+        LyrSdkDelete(lItem);
+        lItem = nullptr;
+    }
+    return lItem;
+}
+
+// A copy within one type fails only for want of memory, and then leaves no storage for Create to see.
+KLyrPropertyValue::KLyrPropertyValue(const void* pValue, ELyrType pType)
+    : mRef(0), mType(pType), mValue(lyrCreate(pType)) {
+    if (mValue && pValue && pType != eREFERENCE && !lyrCopy(mValue, pType, pValue, pType)) {
+        lyrDestroy(mType, mValue);
+        mValue = nullptr;
+    }
+}
+
+KLyrPropertyValue::~KLyrPropertyValue() {
+    lyrDestroy(mType, mValue);
+}
+
+KLyrPropertyValue* KLyrPropertyValue::Clone(KLyrPropertyPage*) const {
+    return Create(mValue, mType);
+}
+
+bool KLyrPropertyValue::Get(void* pValue, ELyrType pValueType) const {
+    return mValue && lyrCopy(pValue, pValueType, mValue, mType);
+}
+
+bool KLyrPropertyValue::Set(const void* pValue, ELyrType pValueType) {
+    return mValue && lyrCopy(mValue, mType, pValue, pValueType);
+}
+
+// --- info ----------------------------------------------------------------------------------------------------------
+
+KLyrPropertyInfo* KLyrPropertyInfo::Create(const char* pName, ELyrType pType) {
+    return Named(LyrSdkNew<KLyrPropertyInfo>(pName, pType), pName);
+}
+
+KLyrPropertyInfo* KLyrPropertyInfo::Create(const char* pName, KLyrTypeInfo* pTypeInfo) {
+    return Named(LyrSdkNew<KLyrPropertyInfo>(pName, pTypeInfo), pName);
+}
+
+KLyrPropertyInfo* KLyrPropertyInfo::Clone(KLyrPropertyPage*) const {
+    return mTypeInfo ? LyrSdkNew<KLyrPropertyInfo>(mName, mTypeInfo) : LyrSdkNew<KLyrPropertyInfo>(mName, mType);
+}
+
+// A description whose name found no memory is none.
+KLyrPropertyInfo* KLyrPropertyInfo::Named(KLyrPropertyInfo* pInfo, const char* pName) {
+    if (pInfo && pInfo->mName.IsEmpty() && pName && *pName) {
+        LyrSdkDelete(pInfo);
+        return nullptr;
+    }
+    return pInfo;
+}
+
+KLyrPropertyInfo::KLyrPropertyInfo(const char* pName, ELyrType pType) : mName(pName), mType(pType) {}
+
+KLyrPropertyInfo::KLyrPropertyInfo(const KLyrStringSymbol& pName, ELyrType pType) : mName(pName), mType(pType) {}
+
+KLyrPropertyInfo::KLyrPropertyInfo(const char* pName, KLyrTypeInfo* pTypeInfo) : mName(pName), mTypeInfo(pTypeInfo) {
+    LinkToTypeInfo();
+}
+
+KLyrPropertyInfo::KLyrPropertyInfo(const KLyrStringSymbol& pName, KLyrTypeInfo* pTypeInfo)
+    : mName(pName), mTypeInfo(pTypeInfo) {
+    LinkToTypeInfo();
+}
+
+// A bound is a raw block that was given a default value by hand, so it is taken apart by hand too.
+KLyrPropertyInfo::~KLyrPropertyInfo() {
+    UnlinkFromTypeInfo();
+    for (void* lSlot : mMinMaxValue) {
+        if (lSlot)
+            lyrDestruct(mBoundType, lSlot);
+        LyrSdkFree(lSlot);
+    }
+}
+
+void KLyrPropertyInfo::LinkToTypeInfo() {
+    if (!mTypeInfo)
+        return;
+    mTypeInfoLink = &mTypeInfo->mTypedInfos;
+    mNextOfTypeInfo = *mTypeInfoLink;
+    if (mNextOfTypeInfo)
+        mNextOfTypeInfo->mTypeInfoLink = &mNextOfTypeInfo;
+    *mTypeInfoLink = this;
+}
+
+void KLyrPropertyInfo::UnlinkFromTypeInfo() {
+    if (!mTypeInfoLink)
+        return;
+    *mTypeInfoLink = mNextOfTypeInfo;
+    if (mNextOfTypeInfo)
+        mNextOfTypeInfo->mTypeInfoLink = mTypeInfoLink;
+    mTypeInfoLink = nullptr;
+    mNextOfTypeInfo = nullptr;
+    mTypeInfo = nullptr;
+}
+
+// Roots whose descriptions were exchanged by hand can type each other in a circle. The second walker moves at half
+// speed; when the first one meets it, there is no end.
+ELyrType KLyrPropertyInfo::GetType() const {
+    const KLyrPropertyInfo* lInfo = this;
+    const KLyrPropertyInfo* lSlow = this;
+    for (bool lOdd = false; lInfo && lInfo->mTypeInfo; lOdd = !lOdd) {
+        lInfo = lInfo->mTypeInfo->GetPropertyItem<KLyrPropertyInfo>(nullptr, 0);
+        if (lInfo == lSlow)
+            return eUNIDENTIFIED;
+        if (lOdd)
+            lSlow = lSlow->mTypeInfo->GetPropertyItem<KLyrPropertyInfo>(nullptr, 0);
+    }
+    return lInfo ? lInfo->mType : eUNIDENTIFIED;
+}
+
+bool KLyrPropertyInfo::HasAnyBound() const {
+    for (const void* lSlot : mMinMaxValue)
+        if (lSlot)
+            return true;
+    return false;
+}
+
+// A refused conversion leaves the bound there with its default value; a source that is no value at all leaves nothing.
+bool KLyrPropertyInfo::SetMinMax(eValueIndex pIndex, const void* pValue, ELyrType pValueType) {
+    if (!IsBound(pIndex) || !pValue)
+        return false;
+    if (!lyrHoldsValue(pValueType)) {
+        unsigned char lUnused = 0;
+        return lyrCopy(&lUnused, eUBYTE1, pValue, pValueType);
+    }
+    void*& lSlot = mMinMaxValue[pIndex];
+    if (!lSlot) {
+        if (!HasAnyBound())
+            mBoundType = GetType();
+        const std::size_t lSize = lyrStorageSize(mBoundType);
+        if (lSize != 0)
+            lSlot = LyrSdkMalloc(lSize);
+        if (!lSlot)
+            return false;
+        lyrConstruct(mBoundType, lSlot);
+    }
+    return lyrCopy(lSlot, mBoundType, pValue, pValueType);
+}
+
+bool KLyrPropertyInfo::GetMinMax(eValueIndex pIndex, void* pValue, ELyrType pValueType) const {
+    return HasMinMax(pIndex) && lyrCopy(pValue, pValueType, mMinMaxValue[pIndex], mBoundType);
+}
+
+const char* KLyrPropertyInfo::GetEnumValue(int pIndex) const {
+    return GetType() == eENUM && mEnumList ? mEnumList->GetStringAt(pIndex) : nullptr;
+}
+
+// The list, made when it is not there yet; null for another type and for want of memory.
+KStringList* KLyrPropertyInfo::EnumListForWriting() {
+    if (GetType() != eENUM)
+        return nullptr;
+    if (!mEnumList)
+        mEnumList.Reset(LyrSdkNew<KStringList>());
+    return mEnumList ? mEnumList.operator->() : nullptr;
+}
+
+int KLyrPropertyInfo::AddEnumValue(const char* pName) {
+    KStringList* lList = EnumListForWriting();
+    return lList && lList->FindIndex(pName) == -1 ? lList->Add(pName, 0) : -1;
+}
+
+void KLyrPropertyInfo::InsertEnumValue(int pIndex, const char* pName) {
+    if (KStringList* lList = EnumListForWriting())
+        lList->InsertAt(pIndex, pName, 0);
+}
+
+void KLyrPropertyInfo::SetEnumValue(int pIndex, const char* pName) {
+    if (KStringList* lList = EnumListForWriting())
+        lList->SetStringAt(pIndex, pName);
+}
+
+void KLyrPropertyInfo::RemoveEnumValue(int pIndex) {
+    if (KStringList* lList = EnumListForWriting())
+        lList->RemoveAt(pIndex);
+}
+
+// --- connect -------------------------------------------------------------------------------------------------------
+
+KLyrPropertyConnect* KLyrPropertyConnect::Create(KLyrPropertyPage* pPage, int pId) {
+    return LyrSdkNew<KLyrPropertyConnect>(pPage, pId);
+}
+
+KLyrPropertyConnect::KLyrPropertyConnect(KLyrPropertyPage* pPage, int pId)
+    : mRef(0), mConnectionPoint(this), mPage(pPage), mId(pId) {}
+
+KLyrPropertyConnect::~KLyrPropertyConnect() {
+    if (KLyrPlug::GetWipeMode())
+        mConnectionPoint.WipeConnectionList();
+}
+
+bool KLyrPropertyConnect::ConnectSrc(KLyrPropertyConnect* pSrc, kLyrConnectionType pType) {
+    return pSrc && mConnectionPoint.ConnectSrc(&pSrc->mConnectionPoint, pType);
+}
+
+bool KLyrPropertyConnect::DisconnectSrc(KLyrPropertyConnect* pSrc) {
+    return pSrc && mConnectionPoint.DisconnectSrc(&pSrc->mConnectionPoint);
+}
+
+bool KLyrPropertyConnect::IsConnectedSrc(KLyrPropertyConnect* pSrc) {
+    return pSrc && mConnectionPoint.IsConnectedSrc(&pSrc->mConnectionPoint);
+}
+
+KLyrPropertyConnect* KLyrPropertyConnect::GetSrc(KLyrConnectionPointFilter* pFilter, int pIndex) {
+    const KLyrConnectionPoint* lPoint = mConnectionPoint.GetSrc(pIndex, pFilter);
+    return lPoint ? static_cast<KLyrPropertyConnect*>(lPoint->GetData()) : nullptr;
+}
+
+KLyrPropertyConnect* KLyrPropertyConnect::GetDst(KLyrConnectionPointFilter* pFilter, int pIndex) {
+    const KLyrConnectionPoint* lPoint = mConnectionPoint.GetDst(pIndex, pFilter);
+    return lPoint ? static_cast<KLyrPropertyConnect*>(lPoint->GetData()) : nullptr;
+}
+
+// --- entry ---------------------------------------------------------------------------------------------------------
+
+KLyrPropertyEntry* KLyrPropertyEntry::Create(int pParentId, KLyrPropertyInfo* pInfo, KLyrPropertyValue* pValue,
+                                             KLyrPropertyConnect* pConnect) {
+    return LyrSdkNew<KLyrPropertyEntry>(pParentId, pInfo, pValue, pConnect);
+}
+
+KLyrPropertyEntry::KLyrPropertyEntry(int pParentId, KLyrPropertyInfo* pInfo, KLyrPropertyValue* pValue,
+                                     KLyrPropertyConnect* pConnect)
+    : mInfo(pInfo), mValue(pValue), mConnect(pConnect), mParentId(pParentId), mFlags(LyrPropertyFlags::eNO_FLAG) {
+    if (mInfo)
+        mInfo->IncRef();
+    if (mValue)
+        mValue->IncRef();
+    if (mConnect)
+        mConnect->IncRef();
+}
+
+KLyrPropertyEntry::~KLyrPropertyEntry() {
+    if (mInfo)
+        mInfo->DecRef();
+    if (mValue)
+        mValue->DecRef();
+    if (mConnect)
+        mConnect->DecRef();
+}
+
+}  // namespace lyrsdk

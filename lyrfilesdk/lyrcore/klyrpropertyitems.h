@@ -1,0 +1,328 @@
+#pragma once
+
+// What a page holds for one property: an entry, which points at up to three shared items and embeds a fourth.
+//
+//   KLyrPropertyEntry
+//     mInfo      -> KLyrPropertyInfo      description: name, type, label, user tag and data, bounds, enumeration
+//     mValue     -> KLyrPropertyValue     a value and its type code
+//     mConnect   -> KLyrPropertyConnect   the connection point
+//     mParentId     id of the parent property
+//     mFlags        KLyrPropertyFlags     low half: flags, high half: which of them are set here
+//
+// An item pointer that is null means that the item is taken from the page that this one is an instance of. Items are
+// made by Create and copied by Clone, both with a count of 0; who stores an item counts it with IncRef and gives it
+// back with DecRef, which frees it with the last reference. Counts are not atomic: a page family belongs to one thread.
+// Create and Clone give null when there is no memory.
+
+#include "lyrfilesdk/components/kbaselib/klib/kapi.h"
+#include "lyrfilesdk/components/kbaselib/klib/kassert.h"
+#include "lyrfilesdk/components/kbaselib/klib/kmemory.h"
+#include "lyrfilesdk/components/kbaselib/klib/kscopedptr.h"
+#include "lyrfilesdk/components/kbaselib/klib/kstringlist.h"
+#include "lyrfilesdk/klyrplugins/klyrsymbol.h"
+#include "lyrfilesdk/klyrplugins/klyrtypes.h"
+#include "lyrfilesdk/lyrcore/klyrconnectionpoint.h"
+#include "lyrfilesdk/lyrcore/klyrpropertydef.h"
+
+// Items and pages are made and destroyed by their own functions only.
+#define LYRSDK_MADE_BY_FACTORY                    \
+    template <typename lyrT, typename... lyrArgs> \
+    friend lyrT* LyrSdkNew(lyrArgs&&... pArgs);   \
+    template <typename lyrT>                      \
+    friend void LyrSdkDelete(lyrT* pObject);
+
+namespace lyrsdk {
+
+// The flags of one property on one page. Bits 0 to 15 are the flags, bit 16 + k says that flag bit k is set here and
+// not inherited. A plain value of four bytes.
+class LYRSDK_API KLyrPropertyFlags {
+public:
+    using eLyrPropertyFlags = LyrPropertyFlags::eLyrPropertyFlags;
+
+    KLyrPropertyFlags() = default;
+    // The flags pFlags, on and set here.
+    explicit KLyrPropertyFlags(eLyrPropertyFlags pFlags) {
+        ModifyFlags(pFlags, true);
+        LYRSDK_CHECK(LyrPropertyFlags::GetFlagCount() <= 16, "lyrfilesdk/lyrcore/klyrpropertypage", 99,
+                     "Only support 16 property flags");
+    }
+
+    // The flags that a page starts from when it begins to hold its own: none, whatever this item holds.
+    KLyrPropertyFlags Clone(KLyrPropertyPage*) const { return KLyrPropertyFlags(); }
+
+    bool SetMask(unsigned pFlags) {
+        mFlagData |= pFlags << 16;
+        return true;
+    }
+    bool UnsetMask(unsigned pFlags) {
+        mFlagData &= ~(pFlags << 16);
+        return true;
+    }
+    unsigned GetMask() const { return mFlagData >> 16; }
+    eLyrPropertyFlags GetFlags() const { return static_cast<eLyrPropertyFlags>(mFlagData & 0xFFFFu); }
+
+    // What is seen when pParentFlags is inherited where nothing is set here.
+    eLyrPropertyFlags GetMergedFlags(unsigned pParentFlags) const {
+        return static_cast<eLyrPropertyFlags>((pParentFlags & ~GetMask()) | GetFlags());
+    }
+    // Override when any of pFlags is set here.
+    KLyrInheritType GetFlagsInheritType(unsigned pFlags) const {
+        return GetMask() & pFlags ? eLyrOverride : eLyrInherit;
+    }
+
+    // Turns pFlags on or off here. Off is a local setting too. Bits above the flags go into the mask half as they are.
+    bool ModifyFlags(unsigned pFlags, bool pValue) {
+        SetMask(pFlags & 0xFFFFu);
+        if (pValue)
+            mFlagData |= pFlags;
+        else
+            mFlagData &= ~pFlags;
+        return true;
+    }
+    // Takes the bits pMask from pFlags and marks them as set here. Bits of pFlags outside pMask are turned on unmarked.
+    bool SetFlags(unsigned pMask, unsigned pFlags) {
+        mFlagData = (mFlagData & 0xFFFF0000u) | (((GetFlags() & ~pMask) | pFlags) & 0xFFFFu);
+        return SetMask(pMask);
+    }
+    bool Equal(const KLyrPropertyFlags& pOther, unsigned pFlags) const {
+        return (GetFlags() & pFlags) == (pOther.GetFlags() & pFlags);
+    }
+
+private:
+    friend struct KLyrLayout;
+
+    unsigned mFlagData = 0;
+};
+
+// A value and its type code.
+class LYRSDK_API KLyrPropertyValue {
+public:
+    // A value of type pType: a copy of *pValue, which must be of that type, or the type's default when pValue is null.
+    // A reference keeps its default. A type without storage makes an item without storage.
+    static KLyrPropertyValue* Create(const void* pValue, ELyrType pType);
+    // A new item of the same type with a copy of the value.
+    KLyrPropertyValue* Clone(KLyrPropertyPage* pPage) const;
+
+    void IncRef() { ++mRef; }
+    void DecRef() {
+        if (--mRef == 0)
+            LyrSdkDelete(this);
+    }
+
+    ELyrType GetType() const { return mType; }
+    // The value converted into *pValue or from it. False, and nothing is written, when the conversion is refused, the
+    // pointer is null or the item has no storage.
+    bool Get(void* pValue, ELyrType pValueType) const;
+    bool Set(const void* pValue, ELyrType pValueType);
+
+private:
+    LYRSDK_MADE_BY_FACTORY
+    friend struct KLyrLayout;
+    friend class KLyrPropertyPage;
+
+    KLyrPropertyValue(const void* pValue, ELyrType pType);
+    ~KLyrPropertyValue();
+    KLyrPropertyValue(const KLyrPropertyValue&) = delete;
+    KLyrPropertyValue& operator=(const KLyrPropertyValue&) = delete;
+
+    int mRef;
+    ELyrType mType;
+    void* mValue;
+};
+
+// The description of a property. Shared by every page that inherits it, so a change is seen by all of them.
+class LYRSDK_API KLyrPropertyInfo {
+public:
+    // The bounds that a description can hold. They are kept and given back, not enforced.
+    enum eValueIndex : int { eValueMin = 0, eValueSoftMin = 1, eValueMax = 2, eValueSoftMax = 3, eValueCount = 4 };
+
+    static KLyrPropertyInfo* Create(const char* pName, ELyrType pType);
+    // Typed by a page, which is not owned; null makes a description of type eUNIDENTIFIED.
+    static KLyrPropertyInfo* Create(const char* pName, KLyrTypeInfo* pTypeInfo);
+    // A new description of the same name and type. Label, user tag and data, bounds and enumeration stay behind.
+    KLyrPropertyInfo* Clone(KLyrPropertyPage* pPage) const;
+
+    void IncRef() { ++mRef; }
+    void DecRef() {
+        if (--mRef == 0)
+            LyrSdkDelete(this);
+    }
+
+    KLyrStringSymbol GetName() const { return mName; }
+    // The name as a text that lives as long as this item.
+    const char* GetNameText() const { return mName; }
+
+    // The type that values of this property are stored as. Of a typed description: the type of the type-info page's
+    // root property, followed through the type infos of that; eUNIDENTIFIED when they run in a circle.
+    ELyrType GetType() const;
+    // Null for a plain type, and once the page was destroyed; the type it gave is then kept.
+    KLyrTypeInfo* GetTypeInfo() const { return mTypeInfo; }
+
+    // False when there is no memory; null is the empty text.
+    bool SetLabel(const char* pLabel) { return mLabel.Assign(pLabel); }
+    const char* GetLabel() const { return mLabel; }
+    void SetUserTag(int pUserTag) { mUserTag = pUserTag; }
+    int GetUserTag() const { return mUserTag; }
+    void SetUserData(const void* pUserData) { mUserData = const_cast<void*>(pUserData); }
+    void* GetUserData() const { return mUserData; }
+
+    // Bounds. They are kept in the type that the property has when its first one is set. False for an index that is
+    // not a bound, a null pointer, a refused conversion, a type without storage, or for want of memory.
+    bool HasMinMax(eValueIndex pIndex) const { return IsBound(pIndex) && mMinMaxValue[pIndex]; }
+    bool SetMinMax(eValueIndex pIndex, const void* pValue, ELyrType pValueType);
+    bool GetMinMax(eValueIndex pIndex, void* pValue, ELyrType pValueType) const;
+
+    // Enumeration texts; a text's index is its value. Only a description of type eENUM takes any.
+    int GetEnumCount() const { return mEnumList ? mEnumList->GetCount() : 0; }
+    // Null for another type or an index past the end; an index below 0 gives the first text.
+    const char* GetEnumValue(int pIndex) const;
+    // The new index, or -1: another type, a text that is there already, no memory.
+    int AddEnumValue(const char* pName);
+    // May repeat a text. An index past the end appends, one below 0 does nothing.
+    void InsertEnumValue(int pIndex, const char* pName);
+    void SetEnumValue(int pIndex, const char* pName);
+    void RemoveEnumValue(int pIndex);
+
+private:
+    LYRSDK_MADE_BY_FACTORY
+    friend struct KLyrLayout;
+    friend class KLyrPropertyPage;
+
+    KLyrPropertyInfo(const char* pName, ELyrType pType);
+    KLyrPropertyInfo(const char* pName, KLyrTypeInfo* pTypeInfo);
+    KLyrPropertyInfo(const KLyrStringSymbol& pName, ELyrType pType);
+    KLyrPropertyInfo(const KLyrStringSymbol& pName, KLyrTypeInfo* pTypeInfo);
+    ~KLyrPropertyInfo();
+    KLyrPropertyInfo(const KLyrPropertyInfo&) = delete;
+    KLyrPropertyInfo& operator=(const KLyrPropertyInfo&) = delete;
+
+    static KLyrPropertyInfo* Named(KLyrPropertyInfo* pInfo, const char* pName);
+    static bool IsBound(int pIndex) { return pIndex >= 0 && pIndex < eValueCount; }
+    bool HasAnyBound() const;
+    KStringList* EnumListForWriting();
+    void LinkToTypeInfo();
+    void UnlinkFromTypeInfo();
+
+    int mRef = 0;
+    KLyrStringSymbol mName;
+    KLyrStringSymbol mLabel;
+    ELyrType mType = eUNIDENTIFIED;
+    KLyrTypeInfo* mTypeInfo = nullptr;
+    int mUserTag = 0;
+    void* mMinMaxValue[eValueCount] = {};
+    void* mUserData = nullptr;
+    [[maybe_unused]] void* mFilter = nullptr;  // reserved for the application's kit
+    KLyrSdkScopedPtr<KStringList> mEnumList;
+
+    // The type of the bounds, eUNIDENTIFIED before the first one.
+    ELyrType mBoundType = eUNIDENTIFIED;
+    // The descriptions that one page types are linked, so that none keeps a pointer to a page that is gone.
+    KLyrPropertyInfo** mTypeInfoLink = nullptr;
+    KLyrPropertyInfo* mNextOfTypeInfo = nullptr;
+};
+
+// The connection point of a property, with the way back to the property.
+class LYRSDK_API KLyrPropertyConnect {
+public:
+    static KLyrPropertyConnect* Create(KLyrPropertyPage* pPage, int pId);
+    // A connection item for pPage with the same id, and with no connections.
+    KLyrPropertyConnect* Clone(KLyrPropertyPage* pPage) const { return Create(pPage, mId); }
+
+    void IncRef() { ++mRef; }
+    void DecRef() {
+        if (--mRef == 0)
+            LyrSdkDelete(this);
+    }
+
+    // Null once the property is gone that this item was made for.
+    KLyrPropertyPage* GetPage() const { return mPage; }
+    int GetPropertyId() const { return mId; }
+
+    // This item as the destination. False for a null source; else what the connection points say.
+    bool ConnectSrc(KLyrPropertyConnect* pSrc, kLyrConnectionType pType);
+    bool DisconnectSrc(KLyrPropertyConnect* pSrc);
+    bool IsConnectedSrc(KLyrPropertyConnect* pSrc);
+    // Through a filter, or all with a null filter.
+    int GetSrcCount(KLyrConnectionPointFilter* pFilter) { return mConnectionPoint.GetSrcCount(pFilter); }
+    int GetDstCount(KLyrConnectionPointFilter* pFilter) { return mConnectionPoint.GetDstCount(pFilter); }
+    // The item at the other side; null when the index is out of range.
+    KLyrPropertyConnect* GetSrc(KLyrConnectionPointFilter* pFilter, int pIndex);
+    KLyrPropertyConnect* GetDst(KLyrConnectionPointFilter* pFilter, int pIndex);
+    void ClearConnectCache() { mConnectionPoint.SubConnectRemoveAll(); }
+    void WipeAllConnections() { mConnectionPoint.WipeConnectionList(); }
+
+    // The point itself, for its types.
+    const KLyrConnectionPoint& GetConnectionPoint() const { return mConnectionPoint; }
+
+private:
+    LYRSDK_MADE_BY_FACTORY
+    friend struct KLyrLayout;
+    friend class KLyrPropertyPage;
+
+    KLyrPropertyConnect(KLyrPropertyPage* pPage, int pId);
+    ~KLyrPropertyConnect();
+    KLyrPropertyConnect(const KLyrPropertyConnect&) = delete;
+    KLyrPropertyConnect& operator=(const KLyrPropertyConnect&) = delete;
+
+    int mRef;
+    KLyrConnectionPoint mConnectionPoint;
+    KLyrPropertyPage* mPage;
+    kLyrPropertyId mId;
+};
+
+// One property on one page.
+class LYRSDK_API KLyrPropertyEntry {
+public:
+    // An entry that holds one reference to each item given. Any item may be null.
+    static KLyrPropertyEntry* Create(int pParentId, KLyrPropertyInfo* pInfo, KLyrPropertyValue* pValue,
+                                     KLyrPropertyConnect* pConnect);
+    // Destroys the entry, which gives back its references.
+    void Destroy() { LyrSdkDelete(this); }
+
+    kLyrPropertyId GetParentId() const { return mParentId; }
+
+    // The item or null, the flags never null. The argument only chooses the kind and is not looked at.
+    KLyrPropertyInfo* Get(const KLyrPropertyInfo*) const { return mInfo; }
+    KLyrPropertyValue* Get(const KLyrPropertyValue*) const { return mValue; }
+    KLyrPropertyConnect* Get(const KLyrPropertyConnect*) const { return mConnect; }
+    KLyrPropertyFlags* Get(const KLyrPropertyFlags*) { return &mFlags; }
+
+    // Puts an item in place of the one there. Setting the item that is there already is harmless.
+    void Set(KLyrPropertyInfo* pInfo) { Replace(mInfo, pInfo); }
+    void Set(KLyrPropertyValue* pValue) { Replace(mValue, pValue); }
+    void Set(KLyrPropertyConnect* pConnect) { Replace(mConnect, pConnect); }
+    void Set(KLyrPropertyFlags pFlags) { mFlags = pFlags; }
+    // Null resets the flags.
+    void Set(const KLyrPropertyFlags* pFlags) { mFlags = pFlags ? *pFlags : KLyrPropertyFlags(); }
+
+    // Nothing is held here: no item, and no flag is set here.
+    bool IsEmpty() const { return !mInfo && !mValue && !mConnect && mFlags.GetMask() == 0; }
+
+private:
+    LYRSDK_MADE_BY_FACTORY
+    friend struct KLyrLayout;
+
+    KLyrPropertyEntry(int pParentId, KLyrPropertyInfo* pInfo, KLyrPropertyValue* pValue, KLyrPropertyConnect* pConnect);
+    ~KLyrPropertyEntry();
+    KLyrPropertyEntry(const KLyrPropertyEntry&) = delete;
+    KLyrPropertyEntry& operator=(const KLyrPropertyEntry&) = delete;
+
+    // The new reference is taken before the old one is dropped: they may be the same item.
+    template <typename T>
+    static void Replace(T*& pStored, T* pItem) {
+        T* lOld = pStored;
+        if (pItem)
+            pItem->IncRef();
+        pStored = pItem;
+        if (lOld)
+            lOld->DecRef();
+    }
+
+    KLyrPropertyInfo* mInfo;
+    KLyrPropertyValue* mValue;
+    KLyrPropertyConnect* mConnect;
+    kLyrPropertyId mParentId;
+    KLyrPropertyFlags mFlags;
+};
+
+}  // namespace lyrsdk

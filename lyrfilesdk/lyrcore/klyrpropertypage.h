@@ -1,0 +1,356 @@
+#pragma once
+
+// The page: the store behind every property handle.
+//
+// A page holds a tree of properties, each an entry under an integer id. A page that was made as an instance of another
+// one holds only what it overrides or adds; whatever it misses is looked up in the page it is an instance of, and so
+// on:
+//
+//   instance ----instance-of----> page ----instance-of----> family root
+//   | 3: value |                  | 3: value         |      | 0: info value flags |
+//   | 9: info value flags |       | 5: flags         |      | 3: info value flags |
+//                                                           | 5: info value flags |
+//
+// Here the instance sees its own value of property 3, the description of 3 from the family root, and the flags of 5
+// from the page between merged with the root's. All pages of a family draw ids from one generator, so an id means the
+// same property in every one of them, and an id is never used twice.
+//
+// Ownership: the application makes pages with Create and destroys them with Destroy, in any order. A page owns its
+// entries. Pages keep no reference to each other that outlives a page: a page that is destroyed first gives its
+// instances copies of all they inherited from it.
+//
+// Failures are returned: false, null, -1, "" or eUNIDENTIFIED. Any value of any argument type is allowed, except a
+// pointer to a page or item that was destroyed and a value pointer whose memory is not of the stated type.
+//
+// Cost, for n properties on the chain of d pages: reading or writing a value or flags d lookups of O(log n); the tree
+// walks d lookups a step, over the ids between start and answer. No lookup, read or walk allocates.
+//
+// A page family is used by one thread at a time; different families may be used by different threads.
+
+#include "lyrfilesdk/components/kbaselib/klib/kapi.h"
+#include "lyrfilesdk/components/kbaselib/klib/karrayul.h"
+#include "lyrfilesdk/components/kbaselib/klib/kcontainerallocators.h"
+#include "lyrfilesdk/components/kbaselib/klib/kmap.h"
+#include "lyrfilesdk/components/kbaselib/klib/kmemory.h"
+#include "lyrfilesdk/components/kbaselib/klib/kpair.h"
+#include "lyrfilesdk/klyrplugins/klyrtypes.h"
+#include "lyrfilesdk/lyrcore/klyrpropertydef.h"
+#include "lyrfilesdk/lyrcore/klyrpropertyitems.h"
+
+namespace lyrsdk {
+
+// Counts the ids of one page family. Freed with the last page that refers to it.
+class LYRSDK_API KLyrPropertyIdGenerator {
+public:
+    // The next id, 0 first; -1 when all ids up to 2^31 - 1 have been handed out.
+    int GetNextIdAndInc();
+    // The id that would come next, or -1.
+    int PeekNextId() const { return mNextId; }
+    // Leaves out the ids below pNextId. False, and nothing changes, when that would go back.
+    bool SkipTo(int pNextId);
+
+    void IncRef() { ++mRef; }
+    void DecRef() {
+        if (--mRef == 0)
+            LyrSdkDelete(this);
+    }
+
+private:
+    LYRSDK_MADE_BY_FACTORY
+    friend struct KLyrLayout;
+
+    KLyrPropertyIdGenerator() = default;
+    ~KLyrPropertyIdGenerator() = default;
+    KLyrPropertyIdGenerator(const KLyrPropertyIdGenerator&) = delete;
+    KLyrPropertyIdGenerator& operator=(const KLyrPropertyIdGenerator&) = delete;
+
+    unsigned mRef = 0;
+    int mNextId = 0;
+};
+
+class LYRSDK_API KLyrPropertyPage {
+public:
+    using eLyrPropertyFlags = LyrPropertyFlags::eLyrPropertyFlags;
+    using KEntryMap = KMap<int, KLyrPropertyEntry*, KLyrLessCompare<int>, KHungryAllocator>;
+    using KNameMap = KMap<KPair<int, const char*>, int, KNameMapCompare, KBaseAllocator>;
+
+    // --- making and destroying ---------------------------------------------------------------------------------------
+
+    // A family root page whose root property, id 0, has this name and type. Null when there is no memory, as below.
+    static KLyrPropertyPage* Create(const char* pName, ELyrType pType);
+    // The same with a root property that is typed by a page and gets copies of that page's properties as its children.
+    static KLyrPropertyPage* Create(const char* pName, KLyrPropertyPage* pTypeInfo);
+    // An instance of pInstanceOf; of null, a family root page with a root property "" of type eUNIDENTIFIED.
+    static KLyrPropertyPage* Create(KLyrPropertyPage* pInstanceOf);
+
+    // Destroys the page. Every instance of it takes copies of what it inherited: names, types, values and flags read
+    // the same as before; labels, user tags and data, bounds and enumeration texts go with the descriptions of this
+    // page. The instance is a family root of its own from then on. Without memory for the copies the page lives on
+    // behind its instances, out of the application's reach, and goes with the last of them. Linear in the properties
+    // seen and the instances.
+    void Destroy();
+
+    bool Is(const KLyrPropertyPage* pPage) const { return pPage == this; }
+    // Not supported: false, and nothing changes.
+    bool Reparent(int pChildId, int pNewParentId);
+
+    // A pointer for the application, not looked at.
+    void SetDataPtr(void* pDataPtr) { mDataPtr = pDataPtr; }
+    void* GetDataPtr() const { return mDataPtr; }
+
+    KLyrPropertyPage* GetInstanceOf() const { return mInstanceOf; }
+    // The pages that are instances of this one. Their order changes when one of them is destroyed. To be read only.
+    KArrayTemplate<KLyrPropertyPage*>& GetInstances() { return mInstances; }
+    const KArrayTemplate<KLyrPropertyPage*>& GetInstances() const { return mInstances; }
+    // The id counter that this page shares with its family.
+    KLyrPropertyIdGenerator* GetIdGenerator() const { return mIdGenerator; }
+
+    // --- adding ------------------------------------------------------------------------------------------------------
+
+    // Adds a property and gives its id; -1, and nothing is added, when there is no memory or no id left. The parent id
+    // is stored as given. All flags of a new property are off and set locally.
+    int Add(int pParentId, const char* pName, ELyrType pType);
+    // A property typed by pTypeInfo, with a deep copy of that page's properties as children, in depth-first order. Null
+    // is eUNIDENTIFIED. A page that would expand within itself, or this very page, is reported as "Recursive type info"
+    // and not expanded.
+    int Add(int pParentId, const char* pName, KLyrPropertyPage* pTypeInfo);
+    // The same with items given by the caller, any of them null; children only when pRecursive. The new entry holds a
+    // reference to each item. When this fails the items are still the caller's.
+    int Add(int pParentId, KLyrPropertyInfo* pInfo, KLyrPropertyValue* pValue, KLyrPropertyConnect* pConnect,
+            bool pRecursive);
+
+    // --- entries and items, through the instance-of chain
+    // --------------------------------------------------------------
+
+    // The entry seen for pId, and the page that holds it; null and null when there is none.
+    KLyrPropertyEntry* GetPropertyEntry(int pId, KLyrPropertyPage** pFoundIn = nullptr) const;
+    // The item of type T seen for pId, and the page that holds it. The first argument only chooses T.
+    template <typename T>
+    T* GetPropertyItem(const T* pItemTag, int pId, KLyrPropertyPage** pFoundIn = nullptr) const;
+    // The page farthest up the chain that holds an item of type T for pId; null when none does.
+    template <typename T>
+    KLyrPropertyPage* GetFirstPropertyItem(int pId, const T* pItemTag) const;
+
+    // Takes the entry of pId out of this very page and destroys it; false when this page holds none. What it inherits
+    // for pId shows again.
+    bool RemoveOwnEntry(int pId);
+
+    // --- values
+    // --------------------------------------------------------------------------------------------------------
+
+    // The value seen, converted. False for an unknown id, a null pointer or a refused conversion.
+    bool Get(int pId, void* pValue, ELyrType pValueType) const;
+    // The value of the page farthest up the chain.
+    bool GetDefaultValue(int pId, void* pValue, ELyrType pValueType) const;
+    // Writes this page's own value, converted. With pCheckValueEquality, a value equal to what is inherited is not
+    // written: an own value is then dropped so that the page inherits again (true), an inherited one stays as it is
+    // (false). A conversion that is refused leaves an own copy of the value that was seen; a type code that stands for
+    // no value changes nothing.
+    bool Set(int pId, const void* pValue, ELyrType pValueType, bool pCheckValueEquality);
+
+    // --- description: shared with every page that sees it
+    // --------------------------------------------------------------
+
+    ELyrType GetType(int pId) const;
+    const char* GetName(int pId) const;
+    KLyrPropertyPage* GetTypeInfo(int pId) const;
+    const char* GetLabel(int pId) const;
+    bool SetLabel(int pId, const char* pLabel);
+    int GetUserTag(int pId) const;
+    bool SetUserTag(int pId, int pUserTag);
+    void* GetUserData(int pId) const;
+    bool SetUserData(int pId, const void* pUserData);
+    bool SetMinMax(int pId, KLyrPropertyInfo::eValueIndex pIndex, const void* pValue, ELyrType pValueType);
+    bool GetMinMax(int pId, KLyrPropertyInfo::eValueIndex pIndex, void* pValue, ELyrType pValueType) const;
+    bool HasMinMax(int pId, KLyrPropertyInfo::eValueIndex pIndex) const;
+    int AddEnumValue(int pId, const char* pName);
+    void InsertEnumValue(int pId, int pIndex, const char* pName);
+    int GetEnumCount(int pId) const;
+    void SetEnumValue(int pId, int pIndex, const char* pName);
+    void RemoveEnumValue(int pId, int pIndex);
+    // "" without a description, null from one that has no such text.
+    const char* GetEnumValue(int pId, int pIndex) const;
+
+    // --- inheritance
+    // -----------------------------------------------------------------------------------------------------
+
+    // eLyrOverride: this page's own entry, made empty when an ancestor holds the property; null when nobody does, or
+    // without memory. eLyrInherit, eLyrDeleted: this page's own entry is removed; null.
+    KLyrPropertyEntry* ChangePropertyEntryState(int pId, KLyrInheritType pInheritType);
+    // The same for one item; T is KLyrPropertyInfo, KLyrPropertyValue or KLyrPropertyFlags. An override is a clone of
+    // what was seen. eLyrInherit does nothing when the parent has no such item; eLyrDeleted drops the item all the
+    // same.
+    template <typename T>
+    T* ChangePropertyItemState(const T* pItemTag, int pId, KLyrInheritType pInheritType);
+
+    // Override when this page holds the value. With pCheckInstanceOf also when the value seen overrides another one up
+    // the chain. eLyrInherit when there is no value at all.
+    KLyrInheritType GetValueInherit(int pId, bool pCheckInstanceOf) const;
+    // Whether the value is in state pType afterwards; eLyrDeleted is refused.
+    bool SetValueInherit(int pId, KLyrInheritType pType);
+
+    // The flags seen: on every page of the chain the local ones over the inherited ones. 0 for an unknown id.
+    eLyrPropertyFlags GetFlags(int pId) const;
+    // Override when this page sets any of the flags; with pCheckInstanceOf also when two pages up the chain do.
+    KLyrInheritType GetFlagsInheritType(eLyrPropertyFlags pFlags, bool pCheckInstanceOf, int pId) const;
+    // Override copies what the parent shows; inherit shows the parent's again. eLyrDeleted is refused.
+    bool SetFlagsInheritType(KLyrInheritType pType, eLyrPropertyFlags pFlags, int pId);
+    // Turns flags on or off on this page. With pCheckFlagEquality, flags that equal the parent's go back to inheriting,
+    // and where an ancestor's flags are seen that are all on, nothing changes, whatever pValue asks (true).
+    bool ModifyFlags(int pId, eLyrPropertyFlags pFlags, bool pValue, bool pCheckFlagEquality);
+
+    // Moves this page's own descriptions, values and flags into the page it is an instance of. What is seen through
+    // this page stays the same. Connections stay here. Nothing without a parent.
+    void PushPropertiesToParentInstance();
+
+    // --- the property tree
+    // -------------------------------------------------------------------------------------------------
+
+    // -1 for the root and for an unknown id.
+    int GetParent(int pId) const;
+    // Whether pAncestorId is on pId's parent chain; 0 and below count as everyone's ancestor. Ends on circles.
+    bool IsDescendentOf(int pId, int pAncestorId) const;
+    bool IsChildOf(int pId, int pParentId) const;
+    // The smallest id above pId (above 0 for -1) in the chain, or -1, and its entry: of equal ids the farthest page's.
+    int GetMinimumPropertyIdAndEntry(int pId, KLyrPropertyEntry** pEntry = nullptr) const;
+    // Children, siblings and descendants come in ascending id order; -1 behind the last.
+    int GetChild(int pParentId) const;
+    int GetSibling(int pId) const;
+    int GetFirstDescendent(int pAnscestorId) const;
+    int GetNextDescendent(int pAnscestorId, int pId) const;
+    // One more than the largest id in the chain (at most 2^31 - 1); 0 when there is none.
+    int GetPropertyEntryCount() const;
+
+    // --- lookup by name
+    // ------------------------------------------------------------------------------------------------------
+
+    // The child of pId with this name, or, with separators, the descendant along a path of names; -1 when there is
+    // none. Each separator character ends one name; two in a row enclose an empty one. Only the last name is filtered
+    // by pTypeInfo (null: no filter). Allocates nothing unless a name in the middle of a path is long.
+    int Find(int pId, const char* pName, KLyrPropertyPage* pTypeInfo, bool pCaseSensitive,
+             const char* pChildrenSeparators) const;
+    int FastFind(int pId, const char* pName, KLyrPropertyPage* pTypeInfo, bool pCaseSensitive) const;
+
+    // Between these two, a map of all names of the chain answers lookups, with case and without looking at the
+    // children: what it does not hold is not found. Add keeps it complete for this page. The calls do not nest.
+    // Without memory for the map the bracket stays closed.
+    void BeginCreateOrFindProperty();
+    void EndCreateOrFindProperty();
+
+    // --- connections
+    // -----------------------------------------------------------------------------------------------------------
+
+    // Connects, with connection items (and entries) made on this page and the other one as needed. False, and nothing
+    // is made, for a null page, an unknown id, a property with itself, a second connection of the two, or no memory.
+    bool ConnectSrc(int pDstId, KLyrPropertyPage* pSrcPage, int pSrcId, kLyrConnectionType pType);
+    bool ConnectDst(int pSrcId, KLyrPropertyPage* pDstPage, int pDstId, kLyrConnectionType pType);
+    // These see only connection items that the pages hold themselves.
+    bool DisconnectSrc(int pDstId, KLyrPropertyPage* pSrcPage, int pSrcId);
+    bool DisconnectDst(int pSrcId, KLyrPropertyPage* pDstPage, int pDstId);
+    bool IsConnectedSrc(int pDstId, KLyrPropertyPage* pSrcPage, int pSrcId) const;
+    bool IsConnectedDst(int pSrcId, KLyrPropertyPage* pDstPage, int pDstId) const;
+    int GetSrcCount(int pId, KLyrConnectionPointFilter* pFilter) const;
+    int GetDstCount(int pId, KLyrConnectionPointFilter* pFilter) const;
+    // The other end at pIndex, in order of connection. False, and nothing is written, when there is none. Either
+    // out-parameter may be null.
+    bool GetSrc(int pId, int pIndex, KLyrConnectionPointFilter* pFilter, KLyrPropertyPage** pSrcPage,
+                int* pSrcId) const;
+    bool GetDst(int pId, int pIndex, KLyrConnectionPointFilter* pFilter, KLyrPropertyPage** pDstPage,
+                int* pDstId) const;
+    // These act on the item seen, inherited or not.
+    void WipeAllConnections(int pId);
+    void ClearConnectCache(int pId);
+
+private:
+    LYRSDK_MADE_BY_FACTORY
+    friend class KLyrPropertyInfo;
+    friend struct KLyrLayout;
+
+    KLyrPropertyPage();
+    ~KLyrPropertyPage();
+    KLyrPropertyPage(const KLyrPropertyPage&) = delete;
+    KLyrPropertyPage& operator=(const KLyrPropertyPage&) = delete;
+
+    static KLyrPropertyPage* CreateFamily();
+    static KLyrPropertyPage* Abandon(KLyrPropertyPage* pPage);
+    bool JoinFamily(KLyrPropertyPage* pInstanceOf);
+    void LeaveInstanceOf();
+    bool HandDownToInstances();
+    bool HandDown(int pId, KLyrPropertyPage* pInstance) const;
+    void ReleaseTypedInfos();
+    void DestroyEntry(int pId, KLyrPropertyEntry* pEntry);
+    void Retire();
+    int AddNew(int pParentId, KLyrPropertyInfo* pInfo, KLyrPropertyValue* pValue);
+    int AddEntry(int pParentId, KLyrPropertyInfo* pInfo, KLyrPropertyValue* pValue, KLyrPropertyConnect* pConnect);
+    int AddClone(int pParentId, const KLyrPropertyPage* pFrom, int pFromId);
+    bool Expand(int pId, KLyrPropertyPage* pTypeInfo);
+    void UndoAdd(int pFirstId);
+    KLyrPropertyEntry* InsertOwnEntry(int pId, int pParentId);
+    KLyrPropertyEntry* FindOwnEntry(int pId) const;
+    void DropIfEmpty(int pId);
+    void PushEntry(int pId, KLyrPropertyEntry* pEntry);
+    void PutFlagsBack(int pId, KLyrPropertyFlags* pItem, eLyrPropertyFlags pFlags);
+    bool FindInCache(int pId, const char* pName, const KLyrPropertyPage* pTypeInfo, int& pFound) const;
+    int FindByScan(int pId, const char* pName, const KLyrPropertyPage* pTypeInfo, bool pCaseSensitive) const;
+    KLyrPropertyConnect* OwnConnect(int pId) const;
+    KLyrPropertyConnect* MakeOwnConnect(int pId);
+    void UndoOwnConnect(int pId, bool pHadEntry, bool pHadConnect);
+
+    KEntryMap mEntries;
+    KLyrPropertyPage* mInstanceOf = nullptr;
+    KArrayTemplate<KLyrPropertyPage*> mInstances;
+    void* mDataPtr = nullptr;
+    KPair<unsigned int, KNameMap> mCreateOrFind;
+    KLyrPropertyIdGenerator* mIdGenerator = nullptr;
+
+    // The descriptions that this page types, linked.
+    KLyrPropertyInfo* mTypedInfos = nullptr;
+    // Where this page was put into its instance-of page's instances; a guess that is checked.
+    int mInstanceIndex = 0;
+    // Destroyed by the application, but kept for the instances.
+    bool mDestroyPending = false;
+};
+
+template <typename T>
+T* KLyrPropertyPage::GetPropertyItem(const T* pItemTag, int pId, KLyrPropertyPage** pFoundIn) const {
+    for (const KLyrPropertyPage* lPage = this; lPage; lPage = lPage->mInstanceOf) {
+        const KLyrPropertyEntry* lHeld = lPage->FindOwnEntry(pId);
+        T* lItem = lHeld ? const_cast<KLyrPropertyEntry*>(lHeld)->Get(pItemTag) : nullptr;
+        if (lItem) {
+            if (pFoundIn)
+                *pFoundIn = const_cast<KLyrPropertyPage*>(lPage);
+            return lItem;
+        }
+    }
+    if (pFoundIn)
+        *pFoundIn = nullptr;
+    return nullptr;
+}
+
+template <typename T>
+KLyrPropertyPage* KLyrPropertyPage::GetFirstPropertyItem(int pId, const T* pItemTag) const {
+    KLyrPropertyPage* lFirst = nullptr;
+    const KLyrPropertyPage* lPage = this;
+    while (lPage) {
+        KLyrPropertyPage* lHolder = nullptr;
+        lPage->GetPropertyItem<T>(pItemTag, pId, &lHolder);
+        if (lHolder)
+            lFirst = lHolder;
+        lPage = lHolder ? lHolder->mInstanceOf : nullptr;
+    }
+    return lFirst;
+}
+
+extern template LYRSDK_API KLyrPropertyInfo* KLyrPropertyPage::ChangePropertyItemState(const KLyrPropertyInfo*, int,
+                                                                                       KLyrInheritType);
+extern template LYRSDK_API KLyrPropertyValue* KLyrPropertyPage::ChangePropertyItemState(const KLyrPropertyValue*, int,
+                                                                                        KLyrInheritType);
+extern template LYRSDK_API KLyrPropertyFlags* KLyrPropertyPage::ChangePropertyItemState(const KLyrPropertyFlags*, int,
+                                                                                        KLyrInheritType);
+
+inline KLyrPropertyEntry* KLyrPropertyPage::FindOwnEntry(int pId) const {
+    const auto* lRecord = mEntries.Find(pId);
+    return lRecord ? lRecord->GetValue() : nullptr;
+}
+
+}  // namespace lyrsdk
