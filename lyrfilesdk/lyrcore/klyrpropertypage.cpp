@@ -1,0 +1,421 @@
+#include "lyrfilesdk/lyrcore/klyrpropertypage.h"
+
+#include <climits>
+
+#include "lyrfilesdk/components/kbaselib/klib/kassert.h"
+
+namespace lyrsdk {
+namespace {
+
+constexpr const char* kReportPath = "lyrfilesdk/lyrcore/klyrpropertypage";
+
+// Records that a family root makes room for; most root pages stay below it.
+constexpr unsigned int kRootReserve = 32;
+
+// Frees an item that nobody has counted yet.
+template <typename T>
+void Discard(T* pItem) {
+    if (pItem) {
+        pItem->IncRef();
+        pItem->DecRef();
+    }
+}
+
+}  // namespace
+
+// --- the id generator ------------------------------------------------------------------------------------------------
+
+int KLyrPropertyIdGenerator::GetNextIdAndInc() {
+    const int lId = mNextId;
+    if (lId >= 0)
+        mNextId = lId == INT_MAX ? -1 : lId + 1;
+    return lId;
+}
+
+bool KLyrPropertyIdGenerator::SkipTo(int pNextId) {
+    if (mNextId < 0 || pNextId < mNextId)
+        return false;
+    mNextId = pNextId;
+    return true;
+}
+
+// --- making ----------------------------------------------------------------------------------------------------------
+
+KLyrPropertyPage::KLyrPropertyPage() {
+    mCreateOrFind.mFirst = 0;
+}
+
+KLyrPropertyPage* KLyrPropertyPage::Create(const char* pName, ELyrType pType) {
+    KLyrPropertyPage* lPage = CreateFamily();
+    return lPage && lPage->Add(-1, pName, pType) == 0 ? lPage : Abandon(lPage);
+}
+
+KLyrPropertyPage* KLyrPropertyPage::Create(const char* pName, KLyrPropertyPage* pTypeInfo) {
+    KLyrPropertyPage* lPage = CreateFamily();
+    return lPage && lPage->Add(-1, pName, pTypeInfo) == 0 ? lPage : Abandon(lPage);
+}
+
+KLyrPropertyPage* KLyrPropertyPage::Create(KLyrPropertyPage* pInstanceOf) {
+    if (!pInstanceOf)
+        return Create("", eUNIDENTIFIED);
+    KLyrPropertyPage* lPage = LyrSdkNew<KLyrPropertyPage>();
+    return lPage && lPage->JoinFamily(pInstanceOf) ? lPage : Abandon(lPage);
+}
+
+// A page without properties, with a generator of its own.
+KLyrPropertyPage* KLyrPropertyPage::CreateFamily() {
+    KLyrPropertyPage* lPage = LyrSdkNew<KLyrPropertyPage>();
+    if (!lPage)
+        return nullptr;
+    lPage->mIdGenerator = LyrSdkNew<KLyrPropertyIdGenerator>();
+    if (!lPage->mIdGenerator)
+        return Abandon(lPage);
+    lPage->mIdGenerator->IncRef();
+    lPage->mEntries.Reserve(kRootReserve);
+    return lPage;
+}
+
+// Instances make no room ahead: most hold a few entries or none.
+bool KLyrPropertyPage::JoinFamily(KLyrPropertyPage* pInstanceOf) {
+    mInstanceIndex = pInstanceOf->mInstances.Add(this);
+    if (mInstanceIndex < 0)
+        return false;
+    mInstanceOf = pInstanceOf;
+    mIdGenerator = pInstanceOf->mIdGenerator;
+    mIdGenerator->IncRef();
+    return true;
+}
+
+KLyrPropertyPage* KLyrPropertyPage::Abandon(KLyrPropertyPage* pPage) {
+    LyrSdkDelete(pPage);
+    return nullptr;
+}
+
+bool KLyrPropertyPage::Reparent(int, int) {
+    return false;
+}
+
+// --- destroying ------------------------------------------------------------------------------------------------------
+
+// A loop, because the last instance of a page that only lived on for its instances takes that page along.
+void KLyrPropertyPage::Destroy() {
+    KLyrPropertyPage* lPage = this;
+    while (lPage) {
+        if (!lPage->HandDownToInstances()) {
+            lPage->mDestroyPending = true;
+            lPage->Retire();
+            return;
+        }
+        KLyrPropertyPage* lParent = lPage->mInstanceOf;
+        LyrSdkDelete(lPage);
+        lPage = lParent && lParent->mDestroyPending && lParent->mInstances.GetCount() == 0 ? lParent : nullptr;
+    }
+}
+
+KLyrPropertyPage::~KLyrPropertyPage() {
+    Retire();
+    for (auto lIt = mEntries.Begin(); lIt != mEntries.End(); ++lIt)
+        DestroyEntry(lIt->GetKey(), lIt->GetValue());
+    LeaveInstanceOf();
+    if (mIdGenerator)
+        mIdGenerator->DecRef();
+}
+
+// A connection item may be held beyond its property; nobody must come back here through it.
+void KLyrPropertyPage::DestroyEntry(int pId, KLyrPropertyEntry* pEntry) {
+    KLyrPropertyConnect* lConnect = pEntry->Get(static_cast<const KLyrPropertyConnect*>(nullptr));
+    if (lConnect && lConnect->mPage == this && lConnect->mId == pId) {
+        lConnect->WipeAllConnections();
+        lConnect->mPage = nullptr;
+    }
+    pEntry->Destroy();
+}
+
+// Gives back what others reach this page through.
+void KLyrPropertyPage::Retire() {
+    EndCreateOrFindProperty();
+    ReleaseTypedInfos();
+    for (auto lIt = mEntries.Begin(); lIt != mEntries.End(); ++lIt)
+        if (KLyrPropertyConnect* lConnect = lIt->GetValue()->Get(static_cast<const KLyrPropertyConnect*>(nullptr)))
+            if (lConnect->mPage == this)
+                lConnect->WipeAllConnections();
+}
+
+// Detaches every instance that has got its copies. False when one is left for want of memory.
+bool KLyrPropertyPage::HandDownToInstances() {
+    bool lAll = true;
+    for (int i = 0; i < mInstances.GetCount(); ++i) {
+        KLyrPropertyPage* lInstance = mInstances.GetAt(i);
+        bool lDone = !GetPropertyEntry(0) || HandDown(0, lInstance);
+        for (int lId = 0; lDone && (lId = GetMinimumPropertyIdAndEntry(lId)) != -1;)
+            lDone = HandDown(lId, lInstance);
+        if (lDone)
+            lInstance->mInstanceOf = nullptr;
+        lAll = lAll && lDone;
+    }
+    for (int i = mInstances.GetCount() - 1; !lAll && i >= 0; --i)
+        if (!mInstances.GetAt(i)->mInstanceOf)
+            mInstances.RemoveAt(i);
+    return lAll;
+}
+
+// Gives pInstance its own copy of all that it sees for pId. The flags are copied as they are seen there: what the
+// instance sets itself stays, and all of them count as its own.
+bool KLyrPropertyPage::HandDown(int pId, KLyrPropertyPage* pInstance) const {
+    const eLyrPropertyFlags lFlags = pInstance->GetFlags(pId);
+    const bool lHadEntry = pInstance->FindOwnEntry(pId) != nullptr;
+    KLyrPropertyEntry* lEntry = pInstance->ChangePropertyEntryState(pId, eLyrOverride);
+    if (!lEntry)
+        return false;
+    const bool lInfo = pInstance->ChangePropertyItemState<KLyrPropertyInfo>(nullptr, pId, eLyrOverride) ||
+                       !GetPropertyItem<KLyrPropertyInfo>(nullptr, pId);
+    const bool lValue = pInstance->ChangePropertyItemState<KLyrPropertyValue>(nullptr, pId, eLyrOverride) ||
+                        !GetPropertyItem<KLyrPropertyValue>(nullptr, pId);
+    if (!lInfo || !lValue) {
+        if (!lHadEntry)
+            pInstance->DropIfEmpty(pId);
+        return false;
+    }
+    KLyrPropertyFlags lOwn;
+    lOwn.SetFlags(LyrPropertyFlags::AllFlags(), lFlags);
+    lOwn.SetMask(lEntry->Get(static_cast<KLyrPropertyFlags*>(nullptr))->GetMask());
+    lEntry->Set(lOwn);
+    return true;
+}
+
+// Takes this page out of its parent's instances; the last of them moves into its place.
+void KLyrPropertyPage::LeaveInstanceOf() {
+    if (!mInstanceOf)
+        return;
+    KArrayTemplate<KLyrPropertyPage*>& lInstances = mInstanceOf->mInstances;
+    int lIndex = mInstanceIndex;
+    if (!lInstances.ValidateIndex(lIndex) || lInstances.GetAt(lIndex) != this)
+        lIndex = lInstances.Find(this);
+    if (lIndex >= 0) {
+        KLyrPropertyPage* lLast = lInstances.GetAt(lInstances.GetCount() - 1);
+        lInstances.SetAt(lIndex, lLast);
+        lLast->mInstanceIndex = lIndex;
+        lInstances.RemoveAt(lInstances.GetCount() - 1);
+    }
+    mInstanceOf = nullptr;
+}
+
+// Descriptions that this page types keep the type that it gave them.
+void KLyrPropertyPage::ReleaseTypedInfos() {
+    const ELyrType lType = mTypedInfos ? mTypedInfos->GetType() : eUNIDENTIFIED;
+    while (KLyrPropertyInfo* lInfo = mTypedInfos) {
+        lInfo->mType = lType;
+        lInfo->UnlinkFromTypeInfo();
+    }
+}
+
+// --- adding ----------------------------------------------------------------------------------------------------------
+
+int KLyrPropertyPage::Add(int pParentId, const char* pName, ELyrType pType) {
+    return AddNew(pParentId, KLyrPropertyInfo::Create(pName, pType), KLyrPropertyValue::Create(nullptr, pType));
+}
+
+int KLyrPropertyPage::Add(int pParentId, const char* pName, KLyrPropertyPage* pTypeInfo) {
+    const ELyrType lType = pTypeInfo ? pTypeInfo->GetType(0) : eUNIDENTIFIED;
+    return AddNew(pParentId, KLyrPropertyInfo::Create(pName, pTypeInfo), KLyrPropertyValue::Create(nullptr, lType));
+}
+
+int KLyrPropertyPage::AddNew(int pParentId, KLyrPropertyInfo* pInfo, KLyrPropertyValue* pValue) {
+    const int lId = pInfo && pValue ? Add(pParentId, pInfo, pValue, nullptr, true) : -1;
+    if (lId < 0) {
+        Discard(pInfo);
+        Discard(pValue);
+    }
+    return lId;
+}
+
+int KLyrPropertyPage::Add(int pParentId, KLyrPropertyInfo* pInfo, KLyrPropertyValue* pValue,
+                          KLyrPropertyConnect* pConnect, bool pRecursive) {
+    const int lId = AddEntry(pParentId, pInfo, pValue, pConnect);
+    KLyrPropertyPage* lTypeInfo = lId >= 0 && pRecursive && pInfo ? pInfo->GetTypeInfo() : nullptr;
+    if (!lTypeInfo || Expand(lId, lTypeInfo))
+        return lId;
+
+    // The caller's items must outlive the entry that counted them.
+    if (pInfo)
+        pInfo->IncRef();
+    if (pValue)
+        pValue->IncRef();
+    if (pConnect)
+        pConnect->IncRef();
+    UndoAdd(lId);
+    if (pInfo)
+        --pInfo->mRef;
+    if (pValue)
+        --pValue->mRef;
+    if (pConnect)
+        --pConnect->mRef;
+    return -1;
+}
+
+// The map record is made first and filled last, so that nothing has to be taken back from the items when memory ends.
+int KLyrPropertyPage::AddEntry(int pParentId, KLyrPropertyInfo* pInfo, KLyrPropertyValue* pValue,
+                               KLyrPropertyConnect* pConnect) {
+    const int lId = mIdGenerator->PeekNextId();
+    KEntryMap::RecordType* lRecord = lId >= 0 ? mEntries.Insert(lId, nullptr).mFirst : nullptr;
+    if (!lRecord)
+        return -1;
+
+    KNameMap& lNames = mCreateOrFind.mSecond;
+    const bool lNamed = pInfo && lNames.GetSize() > 0;
+    const KPair<int, const char*> lKey(pParentId, pInfo ? pInfo->GetNameText() : "");
+    const KPair<KNameMap::RecordType*, bool> lName =
+        lNamed ? lNames.Insert(lKey, lId) : KPair<KNameMap::RecordType*, bool>(nullptr, false);
+    KLyrPropertyEntry* lEntry =
+        !lNamed || lName.mFirst ? KLyrPropertyEntry::Create(pParentId, pInfo, pValue, pConnect) : nullptr;
+    if (!lEntry) {
+        if (lName.mSecond)
+            lNames.Remove(lKey);
+        mEntries.Remove(lId);
+        return -1;
+    }
+
+    lEntry->Get(static_cast<KLyrPropertyFlags*>(nullptr))->ModifyFlags(LyrPropertyFlags::AllFlags(), false);
+    lRecord->GetValue() = lEntry;
+    return mIdGenerator->GetNextIdAndInc();
+}
+
+// A copy of property pFromId of page pFrom, without its children.
+int KLyrPropertyPage::AddClone(int pParentId, const KLyrPropertyPage* pFrom, int pFromId) {
+    const KLyrPropertyInfo* lFromInfo = pFrom->GetPropertyItem<KLyrPropertyInfo>(nullptr, pFromId);
+    const KLyrPropertyValue* lFromValue = pFrom->GetPropertyItem<KLyrPropertyValue>(nullptr, pFromId);
+    const KLyrPropertyConnect* lFromConnect = pFrom->GetPropertyItem<KLyrPropertyConnect>(nullptr, pFromId);
+    KLyrPropertyInfo* lInfo = lFromInfo ? lFromInfo->Clone(this) : nullptr;
+    KLyrPropertyValue* lValue = lFromValue ? lFromValue->Clone(this) : nullptr;
+    KLyrPropertyConnect* lConnect = lFromConnect ? lFromConnect->Clone(this) : nullptr;
+    if (lConnect)
+        lConnect->mId = mIdGenerator->PeekNextId();
+
+    const bool lWhole = (lInfo || !lFromInfo) && (lValue || !lFromValue) && (lConnect || !lFromConnect);
+    const int lId = lWhole ? AddEntry(pParentId, lInfo, lValue, lConnect) : -1;
+    if (lId < 0) {
+        Discard(lInfo);
+        Discard(lValue);
+        Discard(lConnect);
+    }
+    return lId;
+}
+
+void KLyrPropertyPage::UndoAdd(int pFirstId) {
+    while (const KEntryMap::RecordType* lRecord = mEntries.UpperBound(pFirstId - 1))
+        RemoveOwnEntry(lRecord->GetKey());
+}
+
+namespace {
+
+// One level of an expansion: the children of one property of a type page that are still to be copied.
+struct ExpansionLevel {
+    ExpansionLevel(ExpansionLevel* pBelow, KLyrPropertyPage* pPage, int pOf, int pCopyParent, bool pOpensPage)
+        : mBelow(pBelow),
+          mTypeLevel(pOpensPage || !pBelow ? this : pBelow->mTypeLevel),
+          mPage(pPage),
+          mChild(pPage->GetChild(pOf)),
+          mCopyParent(pCopyParent) {}
+
+    // Whether pPage is being expanded at this level or below.
+    bool Expands(const KLyrPropertyPage* pPage) const {
+        for (const ExpansionLevel* l = mTypeLevel; l; l = l->mBelow ? l->mBelow->mTypeLevel : nullptr)
+            if (l->mPage == pPage)
+                return true;
+        return false;
+    }
+
+    ExpansionLevel* mBelow;
+    const ExpansionLevel* mTypeLevel;  // the level that began with the page of this one
+    KLyrPropertyPage* mPage;
+    int mChild;  // the next child to copy, or -1
+    int mCopyParent;
+};
+
+bool RefuseRecursion() {
+    LYRSDK_REPORT(kReportPath, __LINE__, "Recursive type info");
+    return true;
+}
+
+}  // namespace
+
+// Copies the properties of pTypeInfo under the new property pId, depth first. A typed child is expanded from its own
+// type page, so what its type page holds below it is left out; any other child brings its own children along. Pages of
+// this family may show the copies while they are made, so ids from pId on are not taken as children. The levels are
+// kept on the heap because a tree may be deeper than the stack.
+bool KLyrPropertyPage::Expand(int pId, KLyrPropertyPage* pTypeInfo) {
+    if (pTypeInfo == this)
+        return RefuseRecursion();
+    ExpansionLevel* lTop = LyrSdkNew<ExpansionLevel>(nullptr, pTypeInfo, 0, pId, true);
+    bool lDone = lTop != nullptr;
+    while (lTop) {
+        const int lChild = lTop->mChild;
+        const bool lIsCopy = lTop->mPage->mIdGenerator == mIdGenerator && lChild >= pId;
+        if (!lDone || lChild == -1 || lIsCopy) {
+            ExpansionLevel* lBelow = lTop->mBelow;
+            LyrSdkDelete(lTop);
+            lTop = lBelow;
+            continue;
+        }
+        lTop->mChild = lTop->mPage->GetSibling(lChild);
+        const int lCopy = AddClone(lTop->mCopyParent, lTop->mPage, lChild);
+        KLyrPropertyPage* lType = lTop->mPage->GetTypeInfo(lChild);
+        if (lCopy < 0) {
+            lDone = false;
+        } else if (lType && (lType == this || lTop->Expands(lType))) {
+            RefuseRecursion();
+        } else if (lType || lTop->mPage->GetChild(lChild) != -1) {
+            ExpansionLevel* lNext = LyrSdkNew<ExpansionLevel>(lTop, lType ? lType : lTop->mPage, lType ? 0 : lChild,
+                                                              lCopy, lType != nullptr);
+            lDone = lNext != nullptr;
+            lTop = lNext ? lNext : lTop;
+        }
+    }
+    return lDone;
+}
+
+// --- entries and values
+// ------------------------------------------------------------------------------------------------
+
+KLyrPropertyEntry* KLyrPropertyPage::GetPropertyEntry(int pId, KLyrPropertyPage** pFoundIn) const {
+    for (const KLyrPropertyPage* lPage = this; lPage; lPage = lPage->mInstanceOf) {
+        if (KLyrPropertyEntry* lEntry = lPage->FindOwnEntry(pId)) {
+            if (pFoundIn)
+                *pFoundIn = const_cast<KLyrPropertyPage*>(lPage);
+            return lEntry;
+        }
+    }
+    if (pFoundIn)
+        *pFoundIn = nullptr;
+    return nullptr;
+}
+
+KLyrPropertyEntry* KLyrPropertyPage::InsertOwnEntry(int pId, int pParentId) {
+    KLyrPropertyEntry* lEntry = KLyrPropertyEntry::Create(pParentId, nullptr, nullptr, nullptr);
+    if (lEntry && !mEntries.Insert(pId, lEntry).mSecond) {
+        lEntry->Destroy();
+        lEntry = nullptr;
+    }
+    return lEntry;
+}
+
+bool KLyrPropertyPage::RemoveOwnEntry(int pId) {
+    KLyrPropertyEntry* lEntry = FindOwnEntry(pId);
+    if (!lEntry)
+        return false;
+    mEntries.Remove(pId);
+    DestroyEntry(pId, lEntry);
+    return true;
+}
+
+bool KLyrPropertyPage::Get(int pId, void* pValue, ELyrType pValueType) const {
+    const KLyrPropertyValue* lItem = GetPropertyItem<KLyrPropertyValue>(nullptr, pId);
+    return lItem && lItem->Get(pValue, pValueType);
+}
+
+bool KLyrPropertyPage::GetDefaultValue(int pId, void* pValue, ELyrType pValueType) const {
+    const KLyrPropertyPage* lFirst = GetFirstPropertyItem<KLyrPropertyValue>(pId, nullptr);
+    return lFirst && lFirst->Get(pId, pValue, pValueType);
+}
+
+}  // namespace lyrsdk
