@@ -1,0 +1,205 @@
+#pragma once
+
+// The handle: the public interface to properties.
+//
+// A handle names one property as (page, id). It is a plain value of two words: it owns nothing, keeps nothing alive,
+// and copying or dropping it touches no page. A handle is valid when it has a page and an id; the default one has
+// neither. Every operation looks at the page first and gives a fixed result without one: false, null, -1, 0, "",
+// eUNIDENTIFIED or the default handle, and eLyrInherit for flags but eLyrOverride for values. An id that does not exist
+// gives the same failure results from the page. A lookup or a step in the tree that finds nothing gives a handle that
+// keeps the page and has the id -1.
+//
+// Values go in and out as memory with a type code and are converted between all codes; a refused conversion is false.
+// What a value pointer points at must be of the type that goes with the code.
+//
+// Not to be used: a handle whose page was destroyed. Cost and inheritance: see klyrpropertypage.h.
+
+#include "lyrfilesdk/components/kbaselib/klib/kapi.h"
+#include "lyrfilesdk/klyrplugins/klyrtypes.h"
+#include "lyrfilesdk/lyrcore/klyrconnectionpoint.h"
+#include "lyrfilesdk/lyrcore/klyrpropertydef.h"
+#include "lyrfilesdk/lyrcore/klyrpropertypage.h"
+
+namespace lyrsdk {
+
+class LYRSDK_API KLyrPropertyHandle {
+public:
+    using eLyrPropertyFlags = LyrPropertyFlags::eLyrPropertyFlags;
+    using eValueIndex = KLyrPropertyInfo::eValueIndex;
+
+    // clang-format off
+    // --- the value (page, id) ---------------------------------------------------------------------------------------
+
+    KLyrPropertyHandle() = default;
+    KLyrPropertyHandle(KLyrPropertyPage* pPage, int pId) : mPage(pPage), mId(pId) {}
+
+    bool operator==(const KLyrPropertyHandle& pOther) const { return mPage == pOther.mPage && mId == pOther.mId; }
+    bool operator!=(const KLyrPropertyHandle& pOther) const { return !(*this == pOther); }
+    bool Is(const KLyrPropertyHandle& pOther) const { return *this == pOther; }
+    bool Valid() const { return mPage && mId != -1; }
+    KLyrPropertyPage* GetPage() const { return mPage; }
+    int GetId() const { return mId; }
+
+    // --- pages ------------------------------------------------------------------------------------------------------
+    // Each makes a page and gives its root property; the default handle when there is no memory. The page lives until
+    // Destroy on its root.
+
+    // A page whose root property is "" of type eUNIDENTIFIED.
+    static KLyrPropertyHandle Create() { return Root(KLyrPropertyPage::Create(nullptr)); }
+    // An instance of that handle's page: it shows what that page holds until it is given something of its own.
+    static KLyrPropertyHandle Create(const KLyrPropertyHandle& pInstanceOf) { return Root(KLyrPropertyPage::Create(pInstanceOf.mPage)); }
+    static KLyrPropertyHandle Create(const char* pName, ELyrType pType) { return Root(KLyrPropertyPage::Create(pName, pType)); }
+    // Typed by the page of pTypeInfo, whose properties are copied as children.
+    static KLyrPropertyHandle Create(const char* pName, KLyrPropertyHandle pTypeInfo) { return Root(KLyrPropertyPage::Create(pName, pTypeInfo.mPage)); }
+
+    // Of a root property: destroys the page. Of any other: removes its entry from the nearest page up the chain that
+    // holds one, so that it is gone for all that see it there; its children keep their parent id. Resets this handle.
+    bool Destroy();
+
+    // A pointer for the application, one a page; not looked at.
+    void SetPageDataPtr(void* pData) { if (mPage) mPage->SetDataPtr(pData); }
+    void* GetPageDataPtr() const { return mPage ? mPage->GetDataPtr() : nullptr; }
+
+    // --- children ---------------------------------------------------------------------------------------------------
+
+    // A new child of this property; the second one is typed by a page, whose properties are copied as its children.
+    // The default handle when there is no memory.
+    KLyrPropertyHandle Add(const char* pName, ELyrType pType) { return mPage ? Added(mPage->Add(mId, pName, pType)) : KLyrPropertyHandle(); }
+    KLyrPropertyHandle Add(const char* pName, const KLyrPropertyHandle& pTypeInfo) { return mPage ? Added(mPage->Add(mId, pName, pTypeInfo.mPage)) : KLyrPropertyHandle(); }
+    // Not supported: false.
+    bool SetParent(const KLyrPropertyHandle& pOther) { return mPage && mPage->Reparent(mId, pOther.mId); }
+
+    // --- value and type ---------------------------------------------------------------------------------------------
+
+    // With pCheckValueEquality a value equal to the inherited one is not stored: true when an own value gave way to it,
+    // false when it was inherited already.
+    bool Set(const void* pValue, ELyrType pValueType, bool pCheckValueEquality = true) { return mPage && mPage->Set(mId, pValue, pValueType, pCheckValueEquality); }
+    bool Get(void* pValue, ELyrType pValueType) const { return mPage && mPage->Get(mId, pValue, pValueType); }
+    // The value at the top of the instance chain.
+    bool GetDefaultValue(void* pValue, ELyrType pValueType) const { return mPage && mPage->GetDefaultValue(mId, pValue, pValueType); }
+    ELyrType GetType() const { return mPage ? mPage->GetType(mId) : eUNIDENTIFIED; }
+    // Never null.
+    const char* GetName() const { return mPage ? mPage->GetName(mId) : ""; }
+    // The root of the type-info page; (null, 0) when the property has none.
+    KLyrPropertyHandle GetTypeInfo() const { return mPage ? KLyrPropertyHandle(mPage->GetTypeInfo(mId), 0) : KLyrPropertyHandle(); }
+
+    // --- lookup by name, below this property ------------------------------------------------------------------------
+    // With separators the name is a path; with a type info only a property typed by that page is found.
+
+    KLyrPropertyHandle Find(const char* pName, bool pCaseSensitive) const { return FindIn(pName, nullptr, nullptr, pCaseSensitive); }
+    KLyrPropertyHandle Find(const char* pName, const KLyrPropertyHandle& pTypeInfo, bool pCaseSensitive) const { return FindIn(pName, pTypeInfo.mPage, nullptr, pCaseSensitive); }
+    KLyrPropertyHandle Find(const char* pName, const char* pChildrenSeparators, bool pCaseSensitive) const { return FindIn(pName, nullptr, pChildrenSeparators, pCaseSensitive); }
+    KLyrPropertyHandle Find(const char* pName, const char* pChildrenSeparators, const KLyrPropertyHandle& pTypeInfo, bool pCaseSensitive) const { return FindIn(pName, pTypeInfo.mPage, pChildrenSeparators, pCaseSensitive); }
+    // Bracket many lookups and additions on this page: between the two a map of all names answers, with case.
+    void BeginCreateOrFindProperty() { if (mPage) mPage->BeginCreateOrFindProperty(); }
+    void EndCreateOrFindProperty() { if (mPage) mPage->EndCreateOrFindProperty(); }
+
+    // --- description, shared by all pages that see it ---------------------------------------------------------------
+
+    // Bounds are kept and given back, not enforced.
+    bool SetMin(const void* pValue, ELyrType pValueType) { return SetBound(KLyrPropertyInfo::eValueMin, pValue, pValueType); }
+    bool SetSoftMin(const void* pValue, ELyrType pValueType) { return SetBound(KLyrPropertyInfo::eValueSoftMin, pValue, pValueType); }
+    bool SetMax(const void* pValue, ELyrType pValueType) { return SetBound(KLyrPropertyInfo::eValueMax, pValue, pValueType); }
+    bool SetSoftMax(const void* pValue, ELyrType pValueType) { return SetBound(KLyrPropertyInfo::eValueSoftMax, pValue, pValueType); }
+    bool GetMin(void* pValue, ELyrType pValueType) const { return GetBound(KLyrPropertyInfo::eValueMin, pValue, pValueType); }
+    bool GetSoftMin(void* pValue, ELyrType pValueType) const { return GetBound(KLyrPropertyInfo::eValueSoftMin, pValue, pValueType); }
+    bool GetMax(void* pValue, ELyrType pValueType) const { return GetBound(KLyrPropertyInfo::eValueMax, pValue, pValueType); }
+    bool GetSoftMax(void* pValue, ELyrType pValueType) const { return GetBound(KLyrPropertyInfo::eValueSoftMax, pValue, pValueType); }
+    bool HasMin() const { return HasBound(KLyrPropertyInfo::eValueMin); }
+    bool HasSoftMin() const { return HasBound(KLyrPropertyInfo::eValueSoftMin); }
+    bool HasMax() const { return HasBound(KLyrPropertyInfo::eValueMax); }
+    bool HasSoftMax() const { return HasBound(KLyrPropertyInfo::eValueSoftMax); }
+
+    // The texts of an enumeration; a text's index is its value. Adding gives the index, -1 for a text that is there
+    // already and for a property that is no enumeration. GetEnumValue is null for an index past the end.
+    int AddEnumValue(const char* pStringValue) { return mPage ? mPage->AddEnumValue(mId, pStringValue) : -1; }
+    void InsertEnumValue(int pIndex, const char* pStringValue) { if (mPage) mPage->InsertEnumValue(mId, pIndex, pStringValue); }
+    int GetEnumCount() const { return mPage ? mPage->GetEnumCount(mId) : 0; }
+    void SetEnumValue(int pIndex, const char* pStringValue) { if (mPage) mPage->SetEnumValue(mId, pIndex, pStringValue); }
+    void RemoveEnumValue(int pIndex) { if (mPage) mPage->RemoveEnumValue(mId, pIndex); }
+    const char* GetEnumValue(int pIndex) const { return mPage ? mPage->GetEnumValue(mId, pIndex) : ""; }
+
+    bool SetLabel(const char* pLabel) { return mPage && mPage->SetLabel(mId, pLabel); }
+    const char* GetLabel() const { return mPage ? mPage->GetLabel(mId) : ""; }
+    bool SetUserTag(int pUserTag) { return mPage && mPage->SetUserTag(mId, pUserTag); }
+    int GetUserTag() const { return mPage ? mPage->GetUserTag(mId) : 0; }
+    // Not owned, not looked at.
+    bool SetUserData(const void* pUserData) { return mPage && mPage->SetUserData(mId, pUserData); }
+    void* GetUserData() const { return mPage ? mPage->GetUserData(mId) : nullptr; }
+
+    // --- flags and inheritance ----------------------------------------------------------------------------------------
+
+    eLyrPropertyFlags GetFlags() const { return mPage ? mPage->GetFlags(mId) : LyrPropertyFlags::eNO_FLAG; }
+    bool ModifyFlags(eLyrPropertyFlags pFlags, bool pValue) { return mPage && mPage->ModifyFlags(mId, pFlags, pValue, true); }
+    // Override: held by this page; with pCheckReferences also when pages above override one another.
+    KLyrInheritType GetFlagsInheritType(eLyrPropertyFlags pFlags, bool pCheckReferences) const { return mPage ? mPage->GetFlagsInheritType(pFlags, pCheckReferences, mId) : eLyrInherit; }
+    bool SetFlagsInheritType(eLyrPropertyFlags pFlags, KLyrInheritType pType) { return mPage && mPage->SetFlagsInheritType(pType, pFlags, mId); }
+    KLyrInheritType GetValueInheritType(bool pCheckReferences) const { return mPage ? mPage->GetValueInherit(mId, pCheckReferences) : eLyrOverride; }
+    bool SetValueInheritType(KLyrInheritType pType) { return mPage && mPage->SetValueInherit(mId, pType); }
+    // Of a root property: moves all that this page holds itself into the page it is an instance of; true. Else false.
+    bool PushPropertiesToParentInstance();
+
+    // --- the property tree --------------------------------------------------------------------------------------------
+
+    KLyrPropertyHandle GetParent() const { return mPage ? At(mPage->GetParent(mId)) : KLyrPropertyHandle(); }
+    KLyrPropertyHandle GetChild() const { return mPage ? At(mPage->GetChild(mId)) : KLyrPropertyHandle(); }
+    KLyrPropertyHandle GetSibling() const { return mPage ? At(mPage->GetSibling(mId)) : KLyrPropertyHandle(); }
+    KLyrPropertyHandle GetFirstDescendent() const { return mPage ? At(mPage->GetFirstDescendent(mId)) : KLyrPropertyHandle(); }
+    // The descendant of this property behind pHandle, of which only the id counts.
+    KLyrPropertyHandle GetNextDescendent(const KLyrPropertyHandle& pHandle) const { return mPage ? At(mPage->GetNextDescendent(mId, pHandle.mId)) : KLyrPropertyHandle(); }
+    // False across pages, an instance and its page included.
+    bool IsChildOf(const KLyrPropertyHandle& pParent) const { return mPage && pParent.mPage == mPage && mPage->IsChildOf(mId, pParent.mId); }
+    bool IsDescendentOf(const KLyrPropertyHandle& pAncestor) const { return mPage && pAncestor.mPage == mPage && mPage->IsDescendentOf(mId, pAncestor.mId); }
+
+    // --- connections ----------------------------------------------------------------------------------------------------
+
+    bool ConnectSrc(const KLyrPropertyHandle& pSrc, kLyrConnectionType pType = eLyrConnectionDefault) { return mPage && mPage->ConnectSrc(mId, pSrc.mPage, pSrc.mId, pType); }
+    bool ConnectDst(const KLyrPropertyHandle& pDst, kLyrConnectionType pType = eLyrConnectionDefault) { return mPage && mPage->ConnectDst(mId, pDst.mPage, pDst.mId, pType); }
+    bool DisconnectSrc(const KLyrPropertyHandle& pSrc) { return mPage && mPage->DisconnectSrc(mId, pSrc.mPage, pSrc.mId); }
+    bool DisconnectDst(const KLyrPropertyHandle& pDst) { return mPage && mPage->DisconnectDst(mId, pDst.mPage, pDst.mId); }
+    bool IsConnectedSrc(const KLyrPropertyHandle& pSrc) const { return mPage && mPage->IsConnectedSrc(mId, pSrc.mPage, pSrc.mId); }
+    bool IsConnectedDst(const KLyrPropertyHandle& pDst) const { return mPage && mPage->IsConnectedDst(mId, pDst.mPage, pDst.mId); }
+    // Through a filter, or all with a null one. Positions follow the order of connection.
+    int GetSrcCount(KLyrConnectionPointFilter* pFilter) const { return mPage ? mPage->GetSrcCount(mId, pFilter) : 0; }
+    int GetDstCount(KLyrConnectionPointFilter* pFilter) const { return mPage ? mPage->GetDstCount(mId, pFilter) : 0; }
+    KLyrPropertyHandle GetSrc(KLyrConnectionPointFilter* pFilter, int pIndex) const;
+    KLyrPropertyHandle GetDst(KLyrConnectionPointFilter* pFilter, int pIndex) const;
+    void WipeAllConnections() { if (mPage) mPage->WipeAllConnections(mId); }
+    void ClearConnectCache() { if (mPage) mPage->ClearConnectCache(mId); }
+
+    // --- references: the instance relation, seen through the pages' data pointers ---------------------------------------
+
+    // Whether the page that this one is an instance of has a data pointer, and that pointer.
+    bool IsAReferenceTo() const { return GetReferenceTo() != nullptr; }
+    void* GetReferenceTo() const;
+    // The instances of this page. An index out of range gives the first one's pointer, or null without instances.
+    int GetReferencedByCount() const { return mPage ? mPage->GetInstances().GetCount() : 0; }
+    void* GetReferencedBy(int pIndex) const;
+    bool IsReferencedBy() const { return GetReferencedByCount() > 0; }
+    // clang-format on
+
+private:
+    friend struct KLyrLayout;
+
+    static KLyrPropertyHandle Root(KLyrPropertyPage* pPage) {
+        return pPage ? KLyrPropertyHandle(pPage, 0) : KLyrPropertyHandle();
+    }
+    KLyrPropertyHandle At(int pId) const { return KLyrPropertyHandle(mPage, pId); }
+    KLyrPropertyHandle Added(int pId) const { return pId >= 0 ? At(pId) : KLyrPropertyHandle(); }
+    KLyrPropertyHandle FindIn(const char* pName, KLyrPropertyPage* pTypeInfo, const char* pSeparators,
+                              bool pCaseSensitive) const {
+        return mPage ? At(mPage->Find(mId, pName, pTypeInfo, pCaseSensitive, pSeparators)) : KLyrPropertyHandle();
+    }
+    bool SetBound(eValueIndex pIndex, const void* pValue, ELyrType pValueType) {
+        return mPage && mPage->SetMinMax(mId, pIndex, pValue, pValueType);
+    }
+    bool GetBound(eValueIndex pIndex, void* pValue, ELyrType pValueType) const {
+        return mPage && mPage->GetMinMax(mId, pIndex, pValue, pValueType);
+    }
+    bool HasBound(eValueIndex pIndex) const { return mPage && mPage->HasMinMax(mId, pIndex); }
+
+    KLyrPropertyPage* mPage = nullptr;
+    kLyrPropertyId mId = -1;
+};
+
+}  // namespace lyrsdk
