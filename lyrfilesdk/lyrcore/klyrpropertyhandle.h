@@ -28,7 +28,7 @@ public:
     using eValueIndex = KLyrPropertyInfo::eValueIndex;
 
     // clang-format off
-    // --- the value (page, id) ---------------------------------------------------------------------------------------
+    // --- the value (page, id) --------------------------------------------------------------------------------------
 
     KLyrPropertyHandle() = default;
     KLyrPropertyHandle(KLyrPropertyPage* pPage, int pId) : mPage(pPage), mId(pId) {}
@@ -40,7 +40,7 @@ public:
     KLyrPropertyPage* GetPage() const { return mPage; }
     int GetId() const { return mId; }
 
-    // --- pages ------------------------------------------------------------------------------------------------------
+    // --- pages -----------------------------------------------------------------------------------------------------
     // Each makes a page and gives its root property; the default handle when there is no memory. The page lives until
     // Destroy on its root.
 
@@ -60,7 +60,7 @@ public:
     void SetPageDataPtr(void* pData) { if (mPage) mPage->SetDataPtr(pData); }
     void* GetPageDataPtr() const { return mPage ? mPage->GetDataPtr() : nullptr; }
 
-    // --- children ---------------------------------------------------------------------------------------------------
+    // --- children --------------------------------------------------------------------------------------------------
 
     // A new child of this property; the second one is typed by a page, whose properties are copied as its children.
     // The default handle when there is no memory.
@@ -69,7 +69,7 @@ public:
     // Not supported: false.
     bool SetParent(const KLyrPropertyHandle& pOther) { return mPage && mPage->Reparent(mId, pOther.mId); }
 
-    // --- value and type ---------------------------------------------------------------------------------------------
+    // --- value and type --------------------------------------------------------------------------------------------
 
     // With pCheckValueEquality a value equal to the inherited one is not stored: true when an own value gave way to it,
     // false when it was inherited already.
@@ -83,7 +83,7 @@ public:
     // The root of the type-info page; (null, 0) when the property has none.
     KLyrPropertyHandle GetTypeInfo() const { return mPage ? KLyrPropertyHandle(mPage->GetTypeInfo(mId), 0) : KLyrPropertyHandle(); }
 
-    // --- lookup by name, below this property ------------------------------------------------------------------------
+    // --- lookup by name, below this property -----------------------------------------------------------------------
     // With separators the name is a path; with a type info only a property typed by that page is found.
 
     KLyrPropertyHandle Find(const char* pName, bool pCaseSensitive) const { return FindIn(pName, nullptr, nullptr, pCaseSensitive); }
@@ -94,7 +94,7 @@ public:
     void BeginCreateOrFindProperty() { if (mPage) mPage->BeginCreateOrFindProperty(); }
     void EndCreateOrFindProperty() { if (mPage) mPage->EndCreateOrFindProperty(); }
 
-    // --- description, shared by all pages that see it ---------------------------------------------------------------
+    // --- description, shared by all pages that see it --------------------------------------------------------------
 
     // Bounds are kept and given back, not enforced.
     bool SetMin(const void* pValue, ELyrType pValueType) { return SetBound(KLyrPropertyInfo::eValueMin, pValue, pValueType); }
@@ -127,7 +127,7 @@ public:
     bool SetUserData(const void* pUserData) { return mPage && mPage->SetUserData(mId, pUserData); }
     void* GetUserData() const { return mPage ? mPage->GetUserData(mId) : nullptr; }
 
-    // --- flags and inheritance ----------------------------------------------------------------------------------------
+    // --- flags and inheritance -------------------------------------------------------------------------------------
 
     eLyrPropertyFlags GetFlags() const { return mPage ? mPage->GetFlags(mId) : LyrPropertyFlags::eNO_FLAG; }
     bool ModifyFlags(eLyrPropertyFlags pFlags, bool pValue) { return mPage && mPage->ModifyFlags(mId, pFlags, pValue, true); }
@@ -139,7 +139,7 @@ public:
     // Of a root property: moves all that this page holds itself into the page it is an instance of; true. Else false.
     bool PushPropertiesToParentInstance();
 
-    // --- the property tree --------------------------------------------------------------------------------------------
+    // --- the property tree -----------------------------------------------------------------------------------------
 
     KLyrPropertyHandle GetParent() const { return mPage ? At(mPage->GetParent(mId)) : KLyrPropertyHandle(); }
     KLyrPropertyHandle GetChild() const { return mPage ? At(mPage->GetChild(mId)) : KLyrPropertyHandle(); }
@@ -151,7 +151,7 @@ public:
     bool IsChildOf(const KLyrPropertyHandle& pParent) const { return mPage && pParent.mPage == mPage && mPage->IsChildOf(mId, pParent.mId); }
     bool IsDescendentOf(const KLyrPropertyHandle& pAncestor) const { return mPage && pAncestor.mPage == mPage && mPage->IsDescendentOf(mId, pAncestor.mId); }
 
-    // --- connections ----------------------------------------------------------------------------------------------------
+    // --- connections -----------------------------------------------------------------------------------------------
 
     bool ConnectSrc(const KLyrPropertyHandle& pSrc, kLyrConnectionType pType = eLyrConnectionDefault) { return mPage && mPage->ConnectSrc(mId, pSrc.mPage, pSrc.mId, pType); }
     bool ConnectDst(const KLyrPropertyHandle& pDst, kLyrConnectionType pType = eLyrConnectionDefault) { return mPage && mPage->ConnectDst(mId, pDst.mPage, pDst.mId, pType); }
@@ -167,7 +167,7 @@ public:
     void WipeAllConnections() { if (mPage) mPage->WipeAllConnections(mId); }
     void ClearConnectCache() { if (mPage) mPage->ClearConnectCache(mId); }
 
-    // --- references: the instance relation, seen through the pages' data pointers ---------------------------------------
+    // --- references: the instance relation, seen through the pages' data pointers ----------------------------------
 
     // Whether the page that this one is an instance of has a data pointer, and that pointer.
     bool IsAReferenceTo() const { return GetReferenceTo() != nullptr; }

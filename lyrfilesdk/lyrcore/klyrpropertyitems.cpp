@@ -134,20 +134,21 @@ bool KLyrPropertyInfo::HasAnyBound() const {
 bool KLyrPropertyInfo::SetMinMax(eValueIndex pIndex, const void* pValue, ELyrType pValueType) {
     if (!IsBound(pIndex) || !pValue)
         return false;
+    const ELyrType lBoundType = HasAnyBound() ? mBoundType : GetType();
+    const std::size_t lSize = lyrStorageSize(lBoundType);
+    if (lSize == 0)
+        return false;
     if (!lyrHoldsValue(pValueType)) {
         unsigned char lUnused = 0;
         return lyrCopy(&lUnused, eUBYTE1, pValue, pValueType);
     }
     void*& lSlot = mMinMaxValue[pIndex];
     if (!lSlot) {
-        if (!HasAnyBound())
-            mBoundType = GetType();
-        const std::size_t lSize = lyrStorageSize(mBoundType);
-        if (lSize != 0)
-            lSlot = LyrSdkMalloc(lSize);
+        lSlot = LyrSdkMalloc(lSize);
         if (!lSlot)
             return false;
-        lyrConstruct(mBoundType, lSlot);
+        lyrConstruct(lBoundType, lSlot);
+        mBoundType = lBoundType;
     }
     return lyrCopy(lSlot, mBoundType, pValue, pValueType);
 }

@@ -33,6 +33,19 @@
 
 namespace lyrsdk {
 
+namespace detail {
+
+// Frees an item that nobody has counted yet; null is ignored.
+template <typename T>
+void Discard(T* pItem) {
+    if (pItem) {
+        pItem->IncRef();
+        pItem->DecRef();
+    }
+}
+
+}  // namespace detail
+
 // The flags of one property on one page. Bits 0 to 15 are the flags, bit 16 + k says that flag bit k is set here and
 // not inherited. A plain value of four bytes.
 class LYRSDK_API KLyrPropertyFlags {

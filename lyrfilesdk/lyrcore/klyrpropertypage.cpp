@@ -2,28 +2,15 @@
 
 #include <climits>
 
-#include "lyrfilesdk/components/kbaselib/klib/kassert.h"
-
 namespace lyrsdk {
 namespace {
-
-constexpr const char* kReportPath = "lyrfilesdk/lyrcore/klyrpropertypage";
 
 // Records that a family root makes room for; most root pages stay below it.
 constexpr unsigned int kRootReserve = 32;
 
-// Frees an item that nobody has counted yet.
-template <typename T>
-void Discard(T* pItem) {
-    if (pItem) {
-        pItem->IncRef();
-        pItem->DecRef();
-    }
-}
-
 }  // namespace
 
-// --- the id generator ------------------------------------------------------------------------------------------------
+// --- the id generator ----------------------------------------------------------------------------------------------
 
 int KLyrPropertyIdGenerator::GetNextIdAndInc() {
     const int lId = mNextId;
@@ -39,7 +26,7 @@ bool KLyrPropertyIdGenerator::SkipTo(int pNextId) {
     return true;
 }
 
-// --- making ----------------------------------------------------------------------------------------------------------
+// --- making --------------------------------------------------------------------------------------------------------
 
 KLyrPropertyPage::KLyrPropertyPage() {
     mCreateOrFind.mFirst = 0;
@@ -95,7 +82,7 @@ bool KLyrPropertyPage::Reparent(int, int) {
     return false;
 }
 
-// --- destroying ------------------------------------------------------------------------------------------------------
+// --- destroying ----------------------------------------------------------------------------------------------------
 
 // A loop, because the last instance of a page that only lived on for its instances takes that page along.
 void KLyrPropertyPage::Destroy() {
@@ -133,6 +120,7 @@ void KLyrPropertyPage::DestroyEntry(int pId, KLyrPropertyEntry* pEntry) {
 
 // Gives back what others reach this page through.
 void KLyrPropertyPage::Retire() {
+    mDataPtr = nullptr;
     EndCreateOrFindProperty();
     ReleaseTypedInfos();
     for (auto lIt = mEntries.Begin(); lIt != mEntries.End(); ++lIt)
@@ -209,7 +197,7 @@ void KLyrPropertyPage::ReleaseTypedInfos() {
     }
 }
 
-// --- adding ----------------------------------------------------------------------------------------------------------
+// --- adding --------------------------------------------------------------------------------------------------------
 
 int KLyrPropertyPage::Add(int pParentId, const char* pName, ELyrType pType) {
     return AddNew(pParentId, KLyrPropertyInfo::Create(pName, pType), KLyrPropertyValue::Create(nullptr, pType));
@@ -223,8 +211,8 @@ int KLyrPropertyPage::Add(int pParentId, const char* pName, KLyrPropertyPage* pT
 int KLyrPropertyPage::AddNew(int pParentId, KLyrPropertyInfo* pInfo, KLyrPropertyValue* pValue) {
     const int lId = pInfo && pValue ? Add(pParentId, pInfo, pValue, nullptr, true) : -1;
     if (lId < 0) {
-        Discard(pInfo);
-        Discard(pValue);
+        detail::Discard(pInfo);
+        detail::Discard(pValue);
     }
     return lId;
 }
@@ -280,102 +268,12 @@ int KLyrPropertyPage::AddEntry(int pParentId, KLyrPropertyInfo* pInfo, KLyrPrope
     return mIdGenerator->GetNextIdAndInc();
 }
 
-// A copy of property pFromId of page pFrom, without its children.
-int KLyrPropertyPage::AddClone(int pParentId, const KLyrPropertyPage* pFrom, int pFromId) {
-    const KLyrPropertyInfo* lFromInfo = pFrom->GetPropertyItem<KLyrPropertyInfo>(nullptr, pFromId);
-    const KLyrPropertyValue* lFromValue = pFrom->GetPropertyItem<KLyrPropertyValue>(nullptr, pFromId);
-    const KLyrPropertyConnect* lFromConnect = pFrom->GetPropertyItem<KLyrPropertyConnect>(nullptr, pFromId);
-    KLyrPropertyInfo* lInfo = lFromInfo ? lFromInfo->Clone(this) : nullptr;
-    KLyrPropertyValue* lValue = lFromValue ? lFromValue->Clone(this) : nullptr;
-    KLyrPropertyConnect* lConnect = lFromConnect ? lFromConnect->Clone(this) : nullptr;
-    if (lConnect)
-        lConnect->mId = mIdGenerator->PeekNextId();
-
-    const bool lWhole = (lInfo || !lFromInfo) && (lValue || !lFromValue) && (lConnect || !lFromConnect);
-    const int lId = lWhole ? AddEntry(pParentId, lInfo, lValue, lConnect) : -1;
-    if (lId < 0) {
-        Discard(lInfo);
-        Discard(lValue);
-        Discard(lConnect);
-    }
-    return lId;
-}
-
 void KLyrPropertyPage::UndoAdd(int pFirstId) {
     while (const KEntryMap::RecordType* lRecord = mEntries.UpperBound(pFirstId - 1))
         RemoveOwnEntry(lRecord->GetKey());
 }
 
-namespace {
-
-// One level of an expansion: the children of one property of a type page that are still to be copied.
-struct ExpansionLevel {
-    ExpansionLevel(ExpansionLevel* pBelow, KLyrPropertyPage* pPage, int pOf, int pCopyParent, bool pOpensPage)
-        : mBelow(pBelow),
-          mTypeLevel(pOpensPage || !pBelow ? this : pBelow->mTypeLevel),
-          mPage(pPage),
-          mChild(pPage->GetChild(pOf)),
-          mCopyParent(pCopyParent) {}
-
-    // Whether pPage is being expanded at this level or below.
-    bool Expands(const KLyrPropertyPage* pPage) const {
-        for (const ExpansionLevel* l = mTypeLevel; l; l = l->mBelow ? l->mBelow->mTypeLevel : nullptr)
-            if (l->mPage == pPage)
-                return true;
-        return false;
-    }
-
-    ExpansionLevel* mBelow;
-    const ExpansionLevel* mTypeLevel;  // the level that began with the page of this one
-    KLyrPropertyPage* mPage;
-    int mChild;  // the next child to copy, or -1
-    int mCopyParent;
-};
-
-bool RefuseRecursion() {
-    LYRSDK_REPORT(kReportPath, __LINE__, "Recursive type info");
-    return true;
-}
-
-}  // namespace
-
-// Copies the properties of pTypeInfo under the new property pId, depth first. A typed child is expanded from its own
-// type page, so what its type page holds below it is left out; any other child brings its own children along. Pages of
-// this family may show the copies while they are made, so ids from pId on are not taken as children. The levels are
-// kept on the heap because a tree may be deeper than the stack.
-bool KLyrPropertyPage::Expand(int pId, KLyrPropertyPage* pTypeInfo) {
-    if (pTypeInfo == this)
-        return RefuseRecursion();
-    ExpansionLevel* lTop = LyrSdkNew<ExpansionLevel>(nullptr, pTypeInfo, 0, pId, true);
-    bool lDone = lTop != nullptr;
-    while (lTop) {
-        const int lChild = lTop->mChild;
-        const bool lIsCopy = lTop->mPage->mIdGenerator == mIdGenerator && lChild >= pId;
-        if (!lDone || lChild == -1 || lIsCopy) {
-            ExpansionLevel* lBelow = lTop->mBelow;
-            LyrSdkDelete(lTop);
-            lTop = lBelow;
-            continue;
-        }
-        lTop->mChild = lTop->mPage->GetSibling(lChild);
-        const int lCopy = AddClone(lTop->mCopyParent, lTop->mPage, lChild);
-        KLyrPropertyPage* lType = lTop->mPage->GetTypeInfo(lChild);
-        if (lCopy < 0) {
-            lDone = false;
-        } else if (lType && (lType == this || lTop->Expands(lType))) {
-            RefuseRecursion();
-        } else if (lType || lTop->mPage->GetChild(lChild) != -1) {
-            ExpansionLevel* lNext = LyrSdkNew<ExpansionLevel>(lTop, lType ? lType : lTop->mPage, lType ? 0 : lChild,
-                                                              lCopy, lType != nullptr);
-            lDone = lNext != nullptr;
-            lTop = lNext ? lNext : lTop;
-        }
-    }
-    return lDone;
-}
-
-// --- entries and values
-// ------------------------------------------------------------------------------------------------
+// --- entries and values --------------------------------------------------------------------------------------------
 
 KLyrPropertyEntry* KLyrPropertyPage::GetPropertyEntry(int pId, KLyrPropertyPage** pFoundIn) const {
     for (const KLyrPropertyPage* lPage = this; lPage; lPage = lPage->mInstanceOf) {

@@ -74,7 +74,7 @@ public:
     using KEntryMap = KMap<int, KLyrPropertyEntry*, KLyrLessCompare<int>, KHungryAllocator>;
     using KNameMap = KMap<KPair<int, const char*>, int, KNameMapCompare, KBaseAllocator>;
 
-    // --- making and destroying ---------------------------------------------------------------------------------------
+    // --- making and destroying -------------------------------------------------------------------------------------
 
     // A family root page whose root property, id 0, has this name and type. Null when there is no memory, as below.
     static KLyrPropertyPage* Create(const char* pName, ELyrType pType);
@@ -105,7 +105,7 @@ public:
     // The id counter that this page shares with its family.
     KLyrPropertyIdGenerator* GetIdGenerator() const { return mIdGenerator; }
 
-    // --- adding ------------------------------------------------------------------------------------------------------
+    // --- adding ----------------------------------------------------------------------------------------------------
 
     // Adds a property and gives its id; -1, and nothing is added, when there is no memory or no id left. The parent id
     // is stored as given. All flags of a new property are off and set locally.
@@ -119,8 +119,7 @@ public:
     int Add(int pParentId, KLyrPropertyInfo* pInfo, KLyrPropertyValue* pValue, KLyrPropertyConnect* pConnect,
             bool pRecursive);
 
-    // --- entries and items, through the instance-of chain
-    // --------------------------------------------------------------
+    // --- entries and items, through the instance-of chain ----------------------------------------------------------
 
     // The entry seen for pId, and the page that holds it; null and null when there is none.
     KLyrPropertyEntry* GetPropertyEntry(int pId, KLyrPropertyPage** pFoundIn = nullptr) const;
@@ -135,8 +134,7 @@ public:
     // for pId shows again.
     bool RemoveOwnEntry(int pId);
 
-    // --- values
-    // --------------------------------------------------------------------------------------------------------
+    // --- values ----------------------------------------------------------------------------------------------------
 
     // The value seen, converted. False for an unknown id, a null pointer or a refused conversion.
     bool Get(int pId, void* pValue, ELyrType pValueType) const;
@@ -148,8 +146,7 @@ public:
     // no value changes nothing.
     bool Set(int pId, const void* pValue, ELyrType pValueType, bool pCheckValueEquality);
 
-    // --- description: shared with every page that sees it
-    // --------------------------------------------------------------
+    // --- description: shared with every page that sees it ----------------------------------------------------------
 
     ELyrType GetType(int pId) const;
     const char* GetName(int pId) const;
@@ -171,8 +168,7 @@ public:
     // "" without a description, null from one that has no such text.
     const char* GetEnumValue(int pId, int pIndex) const;
 
-    // --- inheritance
-    // -----------------------------------------------------------------------------------------------------
+    // --- inheritance -----------------------------------------------------------------------------------------------
 
     // eLyrOverride: this page's own entry, made empty when an ancestor holds the property; null when nobody does, or
     // without memory. eLyrInherit, eLyrDeleted: this page's own entry is removed; null.
@@ -203,8 +199,7 @@ public:
     // this page stays the same. Connections stay here. Nothing without a parent.
     void PushPropertiesToParentInstance();
 
-    // --- the property tree
-    // -------------------------------------------------------------------------------------------------
+    // --- the property tree -----------------------------------------------------------------------------------------
 
     // -1 for the root and for an unknown id.
     int GetParent(int pId) const;
@@ -221,8 +216,7 @@ public:
     // One more than the largest id in the chain (at most 2^31 - 1); 0 when there is none.
     int GetPropertyEntryCount() const;
 
-    // --- lookup by name
-    // ------------------------------------------------------------------------------------------------------
+    // --- lookup by name --------------------------------------------------------------------------------------------
 
     // The child of pId with this name, or, with separators, the descendant along a path of names; -1 when there is
     // none. Each separator character ends one name; two in a row enclose an empty one. Only the last name is filtered
@@ -237,8 +231,7 @@ public:
     void BeginCreateOrFindProperty();
     void EndCreateOrFindProperty();
 
-    // --- connections
-    // -----------------------------------------------------------------------------------------------------------
+    // --- connections -----------------------------------------------------------------------------------------------
 
     // Connects, with connection items (and entries) made on this page and the other one as needed. False, and nothing
     // is made, for a null page, an unknown id, a property with itself, a second connection of the two, or no memory.

@@ -31,8 +31,7 @@ private:
 
 }  // namespace
 
-// --- entries and items
-// -------------------------------------------------------------------------------------------------
+// --- entries and items ---------------------------------------------------------------------------------------------
 
 KLyrPropertyEntry* KLyrPropertyPage::ChangePropertyEntryState(int pId, KLyrInheritType pInheritType) {
     if (pInheritType == eLyrOverride) {
@@ -103,8 +102,7 @@ void KLyrPropertyPage::DropIfEmpty(int pId) {
         RemoveOwnEntry(pId);
 }
 
-// --- values
-// --------------------------------------------------------------------------------------------------------------
+// --- values --------------------------------------------------------------------------------------------------------
 
 bool KLyrPropertyPage::Set(int pId, const void* pValue, ELyrType pValueType, bool pCheckValueEquality) {
     KLyrPropertyPage* lHolder = nullptr;
@@ -148,8 +146,7 @@ bool KLyrPropertyPage::SetValueInherit(int pId, KLyrInheritType pType) {
     return GetValueInherit(pId, false) == pType;
 }
 
-// --- flags
-// -----------------------------------------------------------------------------------------------------------------
+// --- flags ---------------------------------------------------------------------------------------------------------
 
 // From this page upward, so that a long chain needs no stack: what a page below sets hides what comes from above.
 KLyrPropertyPage::eLyrPropertyFlags KLyrPropertyPage::GetFlags(int pId) const {
@@ -243,8 +240,7 @@ bool KLyrPropertyPage::ModifyFlags(int pId, eLyrPropertyFlags pFlags, bool pValu
     return true;
 }
 
-// --- push
-// ------------------------------------------------------------------------------------------------------------------
+// --- push ----------------------------------------------------------------------------------------------------------
 
 void KLyrPropertyPage::PushPropertiesToParentInstance() {
     if (!mInstanceOf)
@@ -262,8 +258,10 @@ void KLyrPropertyPage::PushEntry(int pId, KLyrPropertyEntry* pEntry) {
     KLyrPropertyInfo* lInfo = pEntry->Get(static_cast<const KLyrPropertyInfo*>(nullptr));
     KLyrPropertyValue* lValue = pEntry->Get(static_cast<const KLyrPropertyValue*>(nullptr));
     const KLyrPropertyFlags lFlags = *pEntry->Get(static_cast<const KLyrPropertyFlags*>(nullptr));
-    if (!lInfo && !lValue && lFlags.GetMask() == 0 && lFlags.GetFlags() == 0)
+    if (!lInfo && !lValue && lFlags.GetMask() == 0 && lFlags.GetFlags() == 0) {
+        DropIfEmpty(pId);
         return;
+    }
 
     KLyrPropertyEntry* lParentEntry = mInstanceOf->ChangePropertyEntryState(pId, eLyrOverride);
     if (!lParentEntry)

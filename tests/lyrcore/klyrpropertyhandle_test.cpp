@@ -87,7 +87,7 @@ TEST_F(PropertyHandle, IsInvalidByDefault) {
 }
 
 TEST_F(PropertyHandle, IsValidOnlyWithBothAPageAndAnId) {
-    OwnedPage lPage(H::Create());
+    OwnedRoot lPage(H::Create());
     EXPECT_TRUE(lPage->Valid());
     EXPECT_TRUE(H(lPage->GetPage(), 0).Valid());
     EXPECT_TRUE(H(lPage->GetPage(), 99).Valid());
@@ -98,7 +98,7 @@ TEST_F(PropertyHandle, IsValidOnlyWithBothAPageAndAnId) {
 }
 
 TEST_F(PropertyHandle, StoresAnyPageAndIdAsGiven) {
-    OwnedPage lPage(H::Create());
+    OwnedRoot lPage(H::Create());
     for (int lId : {-2147483647 - 1, -2, -1, 0, 5, 2147483647}) {
         EXPECT_EQ(H(lPage->GetPage(), lId).GetPage(), lPage->GetPage());
         EXPECT_EQ(H(lPage->GetPage(), lId).GetId(), lId);
@@ -107,7 +107,7 @@ TEST_F(PropertyHandle, StoresAnyPageAndIdAsGiven) {
 }
 
 TEST_F(PropertyHandle, CopiesPageAndId) {
-    OwnedPage lPage(H::Create());
+    OwnedRoot lPage(H::Create());
     const H lOriginal(lPage->GetPage(), 7);
     const H lCopy(lOriginal);
     EXPECT_EQ(lCopy.GetPage(), lPage->GetPage());
@@ -122,8 +122,8 @@ TEST_F(PropertyHandle, CopiesPageAndId) {
 }
 
 TEST_F(PropertyHandle, ComparesPageAndId) {
-    OwnedPage lPage(H::Create());
-    OwnedPage lOther(H::Create());
+    OwnedRoot lPage(H::Create());
+    OwnedRoot lOther(H::Create());
     const H lHandles[] = {H(),
                           H(nullptr, 0),
                           H(lPage->GetPage(), 0),
@@ -143,15 +143,15 @@ TEST_F(PropertyHandle, ComparesPageAndId) {
 }
 
 TEST_F(PropertyHandle, DiffersBetweenAnInstanceAndItsPage) {
-    OwnedPage lPage(H::Create("root", eDOUBLE1));
-    OwnedPage lInstance(H::Create(*lPage));
+    OwnedRoot lPage(H::Create("root", eDOUBLE1));
+    OwnedRoot lInstance(H::Create(*lPage));
     EXPECT_EQ(lInstance->GetId(), lPage->GetId());
     EXPECT_FALSE(*lInstance == *lPage);
     EXPECT_FALSE(lInstance->Is(*lPage));
 }
 
 TEST_F(PropertyHandle, KeepsNoPageAliveAndAllocatesNothing) {
-    OwnedPage lPage(H::Create());
+    OwnedRoot lPage(H::Create());
     const std::size_t lBefore = MemoryProbe::Allocations();
     {
         std::vector<H> lCopies(1000, *lPage);
@@ -163,7 +163,7 @@ TEST_F(PropertyHandle, KeepsNoPageAliveAndAllocatesNothing) {
 // --- pages -----------------------------------------------------------------------------------------------------------
 
 TEST_F(PropertyHandle, CreatesAPageWithAnUnnamedRoot) {
-    OwnedPage lRoot(H::Create());
+    OwnedRoot lRoot(H::Create());
     ASSERT_TRUE(lRoot->Valid());
     EXPECT_EQ(lRoot->GetId(), 0);
     EXPECT_STREQ(lRoot->GetName(), "");
@@ -175,7 +175,7 @@ TEST_F(PropertyHandle, CreatesAPageWithAnUnnamedRoot) {
 
 TEST_F(PropertyHandle, CreatesAPageForEveryTypeCode) {
     for (int lCode = eUNIDENTIFIED; lCode < eMAX_TYPES; ++lCode) {
-        OwnedPage lRoot(H::Create("named", static_cast<ELyrType>(lCode)));
+        OwnedRoot lRoot(H::Create("named", static_cast<ELyrType>(lCode)));
         ASSERT_TRUE(lRoot->Valid());
         EXPECT_EQ(lRoot->GetId(), 0);
         EXPECT_STREQ(lRoot->GetName(), "named");
@@ -184,10 +184,10 @@ TEST_F(PropertyHandle, CreatesAPageForEveryTypeCode) {
 }
 
 TEST_F(PropertyHandle, CreatesAnInstanceWhateverTheIdOfTheHandle) {
-    OwnedPage lPage(H::Create("root", eDOUBLE1));
+    OwnedRoot lPage(H::Create("root", eDOUBLE1));
     const H lChild = AddChild(*lPage, "child", eINTEGER1);
     for (const H& lOf : {H(*lPage), lChild, H(lPage->GetPage(), -1), H(lPage->GetPage(), 99)}) {
-        OwnedPage lInstance(H::Create(lOf));
+        OwnedRoot lInstance(H::Create(lOf));
         EXPECT_EQ(lInstance->GetId(), 0);
         EXPECT_NE(lInstance->GetPage(), lPage->GetPage());
         EXPECT_EQ(lInstance->GetPage()->GetInstanceOf(), lPage->GetPage());
@@ -197,7 +197,7 @@ TEST_F(PropertyHandle, CreatesAnInstanceWhateverTheIdOfTheHandle) {
 }
 
 TEST_F(PropertyHandle, CreatesAFamilyOfItsOwnFromAHandleWithoutPage) {
-    OwnedPage lRoot(H::Create(H(nullptr, 3)));
+    OwnedRoot lRoot(H::Create(H(nullptr, 3)));
     ASSERT_TRUE(lRoot->Valid());
     EXPECT_EQ(lRoot->GetId(), 0);
     EXPECT_STREQ(lRoot->GetName(), "");
@@ -206,11 +206,11 @@ TEST_F(PropertyHandle, CreatesAFamilyOfItsOwnFromAHandleWithoutPage) {
 }
 
 TEST_F(PropertyHandle, CreatesATypedPageWithCopiesOfTheTypesChildren) {
-    OwnedPage lType(H::Create("point", eDOUBLE3));
+    OwnedRoot lType(H::Create("point", eDOUBLE3));
     SetDouble(AddChild(*lType, "x", eDOUBLE1), 4.5);
     AddChild(*lType, "y", eINTEGER1);
     const H lInType(lType->GetPage(), 1);
-    OwnedPage lRoot(H::Create("place", lInType));
+    OwnedRoot lRoot(H::Create("place", lInType));
     EXPECT_EQ(lRoot->GetId(), 0);
     EXPECT_STREQ(lRoot->GetName(), "place");
     EXPECT_EQ(lRoot->GetType(), eDOUBLE3);
@@ -223,15 +223,15 @@ TEST_F(PropertyHandle, CreatesATypedPageWithCopiesOfTheTypesChildren) {
 }
 
 TEST_F(PropertyHandle, CreatesAnUntypedPageFromATypeHandleWithoutPage) {
-    OwnedPage lRoot(H::Create("plain", H()));
+    OwnedRoot lRoot(H::Create("plain", H()));
     EXPECT_STREQ(lRoot->GetName(), "plain");
     EXPECT_EQ(lRoot->GetType(), eUNIDENTIFIED);
     EXPECT_EQ(lRoot->GetTypeInfo(), H(nullptr, 0));
 }
 
 TEST_F(PropertyHandle, KeepsOneDataPointerAPage) {
-    OwnedPage lPage(H::Create());
-    OwnedPage lInstance(H::Create(*lPage));
+    OwnedRoot lPage(H::Create());
+    OwnedRoot lInstance(H::Create(*lPage));
     H lChild = AddChild(*lPage, "child", eDOUBLE1);
     int lData = 0;
     EXPECT_EQ(lPage->GetPageDataPtr(), nullptr);
@@ -256,7 +256,7 @@ TEST_F(PropertyHandle, DestroysThePageThroughItsRoot) {
 }
 
 TEST_F(PropertyHandle, DestroysAnInstanceThroughTheRootThatItInherits) {
-    OwnedPage lPage(H::Create("root", eDOUBLE1));
+    OwnedRoot lPage(H::Create("root", eDOUBLE1));
     H lInstance = H::Create(*lPage);
     EXPECT_TRUE(lInstance.Destroy());
     EXPECT_EQ(lInstance, H());
@@ -265,7 +265,7 @@ TEST_F(PropertyHandle, DestroysAnInstanceThroughTheRootThatItInherits) {
 }
 
 TEST_F(PropertyHandle, DestroysOneEntryAndLeavesTheChildrenAndTheOtherHandles) {
-    OwnedPage lPage(H::Create());
+    OwnedRoot lPage(H::Create());
     H lChild = AddChild(*lPage, "child", eDOUBLE1);
     const H lGrandchild = AddChild(lChild, "grandchild", eDOUBLE1);
     const H lOther = lChild;
@@ -284,10 +284,10 @@ TEST_F(PropertyHandle, DestroysOneEntryAndLeavesTheChildrenAndTheOtherHandles) {
 }
 
 TEST_F(PropertyHandle, DestroysAnInheritedPropertyInThePageThatHoldsIt) {
-    OwnedPage lTop(H::Create());
-    OwnedPage lMiddle(H::Create(*lTop));
-    OwnedPage lBottom(H::Create(*lMiddle));
-    OwnedPage lHolder(H::Create(*lTop));
+    OwnedRoot lTop(H::Create());
+    OwnedRoot lMiddle(H::Create(*lTop));
+    OwnedRoot lBottom(H::Create(*lMiddle));
+    OwnedRoot lHolder(H::Create(*lTop));
     const H lChild = AddChild(*lTop, "child", eDOUBLE1);
     SetDouble(On(*lHolder, lChild), 8);
     H lInherited = On(*lBottom, lChild);
@@ -301,9 +301,9 @@ TEST_F(PropertyHandle, DestroysAnInheritedPropertyInThePageThatHoldsIt) {
 }
 
 TEST_F(PropertyHandle, DestroysTheNearestOfSeveralEntriesSoThatTheInheritedOneShows) {
-    OwnedPage lTop(H::Create());
-    OwnedPage lMiddle(H::Create(*lTop));
-    OwnedPage lBottom(H::Create(*lMiddle));
+    OwnedRoot lTop(H::Create());
+    OwnedRoot lMiddle(H::Create(*lTop));
+    OwnedRoot lBottom(H::Create(*lMiddle));
     const H lChild = AddChild(*lTop, "child", eDOUBLE1);
     SetDouble(lChild, 1);
     SetDouble(On(*lMiddle, lChild), 2);
@@ -318,7 +318,7 @@ TEST_F(PropertyHandle, DestroysTheNearestOfSeveralEntriesSoThatTheInheritedOneSh
 }
 
 TEST_F(PropertyHandle, NeverUsesADestroyedIdAgain) {
-    OwnedPage lPage(H::Create());
+    OwnedRoot lPage(H::Create());
     H lFirst = AddChild(*lPage, "child", eDOUBLE1);
     const H lOld = lFirst;
     lFirst.Destroy();
@@ -328,9 +328,9 @@ TEST_F(PropertyHandle, NeverUsesADestroyedIdAgain) {
 // --- Add and SetParent -----------------------------------------------------------------------------------------------
 
 TEST_F(PropertyHandle, AddsATypedChildBelowItsOwnProperty) {
-    OwnedPage lType(H::Create("number", eDOUBLE1));
+    OwnedRoot lType(H::Create("number", eDOUBLE1));
     SetDouble(AddChild(*lType, "unit", eINTEGER1), 12);
-    OwnedPage lPage(H::Create());
+    OwnedRoot lPage(H::Create());
     H lGroup = lPage->Add("group", H());
     const H lNumber = lGroup.Add("width", *lType);
     ASSERT_TRUE(lNumber.Valid());
@@ -347,8 +347,8 @@ TEST_F(PropertyHandle, AddsATypedChildBelowItsOwnProperty) {
 }
 
 TEST_F(PropertyHandle, AddsOnlyToTheInstanceItIsAskedOn) {
-    OwnedPage lPage(H::Create());
-    OwnedPage lInstance(H::Create(*lPage));
+    OwnedRoot lPage(H::Create());
+    OwnedRoot lInstance(H::Create(*lPage));
     const H lOwn = lInstance->Add("own", H());
     const H lLater = lPage->Add("later", H());
     EXPECT_NE(lOwn.GetId(), lLater.GetId());
@@ -359,7 +359,7 @@ TEST_F(PropertyHandle, AddsOnlyToTheInstanceItIsAskedOn) {
 
 TEST_F(PropertyHandle, ReportsATypeThatIsItsOwnPage) {
     ReportRecorder lReports;
-    OwnedPage lPage(H::Create("root", eDOUBLE1));
+    OwnedRoot lPage(H::Create("root", eDOUBLE1));
     const H lChild = lPage->Add("self", *lPage);
     EXPECT_TRUE(lChild.Valid());
     EXPECT_FALSE(lChild.GetChild().Valid());
@@ -368,7 +368,7 @@ TEST_F(PropertyHandle, ReportsATypeThatIsItsOwnPage) {
 }
 
 TEST_F(PropertyHandle, NeverTakesAnotherParent) {
-    OwnedPage lPage(H::Create());
+    OwnedRoot lPage(H::Create());
     H lFirst = AddChild(*lPage, "first", eDOUBLE1);
     const H lSecond = AddChild(*lPage, "second", eDOUBLE1);
     EXPECT_FALSE(lFirst.SetParent(lSecond));
@@ -382,7 +382,7 @@ TEST_F(PropertyHandle, NeverTakesAnotherParent) {
 // --- values ----------------------------------------------------------------------------------------------------------
 
 TEST_F(PropertyHandle, SetsAndGetsValuesAcrossTypes) {
-    OwnedPage lPage(H::Create("root", eINTEGER1));
+    OwnedRoot lPage(H::Create("root", eINTEGER1));
     const double lSource = 2.9;
     EXPECT_TRUE(lPage->Set(&lSource, eDOUBLE1, false));
     EXPECT_EQ(IntOf(*lPage), 2);
@@ -394,8 +394,8 @@ TEST_F(PropertyHandle, SetsAndGetsValuesAcrossTypes) {
 }
 
 TEST_F(PropertyHandle, DropsAnOwnValueThatEqualsTheInheritedOneWithTheCheck) {
-    OwnedPage lPage(H::Create("root", eDOUBLE1));
-    OwnedPage lInstance(H::Create(*lPage));
+    OwnedRoot lPage(H::Create("root", eDOUBLE1));
+    OwnedRoot lInstance(H::Create(*lPage));
     SetDouble(*lPage, 1);
     EXPECT_FALSE(SetDouble(*lInstance, 1, true));
     EXPECT_EQ(lInstance->GetValueInheritType(false), eLyrInherit);
@@ -410,9 +410,9 @@ TEST_F(PropertyHandle, DropsAnOwnValueThatEqualsTheInheritedOneWithTheCheck) {
 }
 
 TEST_F(PropertyHandle, GivesTheDefaultFromTheTopOfTheChain) {
-    OwnedPage lTop(H::Create("root", eDOUBLE1));
-    OwnedPage lMiddle(H::Create(*lTop));
-    OwnedPage lBottom(H::Create(*lMiddle));
+    OwnedRoot lTop(H::Create("root", eDOUBLE1));
+    OwnedRoot lMiddle(H::Create(*lTop));
+    OwnedRoot lBottom(H::Create(*lMiddle));
     SetDouble(*lTop, 1);
     SetDouble(*lMiddle, 2);
     SetDouble(*lBottom, 3);
@@ -430,7 +430,7 @@ TEST_F(PropertyHandle, GivesTheDefaultFromTheTopOfTheChain) {
 }
 
 TEST_F(PropertyHandle, HasNoValueWithoutAType) {
-    OwnedPage lPage(H::Create());
+    OwnedRoot lPage(H::Create());
     double lValue = 5;
     EXPECT_FALSE(lPage->Set(&lValue, eDOUBLE1, true));
     EXPECT_FALSE(lPage->Set(&lValue, eDOUBLE1, false));
@@ -442,7 +442,7 @@ TEST_F(PropertyHandle, HasNoValueWithoutAType) {
 // --- lookup ----------------------------------------------------------------------------------------------------------
 
 TEST_F(PropertyHandle, FindsADirectChildWithOrWithoutCase) {
-    OwnedPage lPage(H::Create());
+    OwnedRoot lPage(H::Create());
     const H lLower = AddChild(*lPage, "name", eDOUBLE1);
     const H lUpper = AddChild(*lPage, "NAME", eDOUBLE1);
     AddChild(lLower, "deep", eDOUBLE1);
@@ -455,7 +455,7 @@ TEST_F(PropertyHandle, FindsADirectChildWithOrWithoutCase) {
 }
 
 TEST_F(PropertyHandle, KeepsThePageOfALookupThatFindsNothing) {
-    OwnedPage lPage(H::Create());
+    OwnedRoot lPage(H::Create());
     const H lMiss = lPage->Find("missing", true);
     EXPECT_FALSE(lMiss.Valid());
     EXPECT_EQ(lMiss.GetPage(), lPage->GetPage());
@@ -466,7 +466,7 @@ TEST_F(PropertyHandle, KeepsThePageOfALookupThatFindsNothing) {
 }
 
 TEST_F(PropertyHandle, FindsAlongAPathOfNames) {
-    OwnedPage lPage(H::Create());
+    OwnedRoot lPage(H::Create());
     const H lA = AddChild(*lPage, "a", eDOUBLE1);
     const H lB = AddChild(lA, "b", eDOUBLE1);
     const H lEmpty = AddChild(lB, "", eDOUBLE1);
@@ -483,9 +483,9 @@ TEST_F(PropertyHandle, FindsAlongAPathOfNames) {
 }
 
 TEST_F(PropertyHandle, FiltersOnlyTheLastNameByType) {
-    OwnedPage lNumber(H::Create("number", eDOUBLE1));
-    OwnedPage lChoice(H::Create("choice", eENUM));
-    OwnedPage lPage(H::Create());
+    OwnedRoot lNumber(H::Create("number", eDOUBLE1));
+    OwnedRoot lChoice(H::Create("choice", eENUM));
+    OwnedRoot lPage(H::Create());
     const H lPlain = AddChild(*lPage, "a", eDOUBLE1);
     const H lTyped = lPage->Add("a", *lNumber);
     H lParent = lPlain;
@@ -503,8 +503,8 @@ TEST_F(PropertyHandle, FiltersOnlyTheLastNameByType) {
 }
 
 TEST_F(PropertyHandle, LooksUpWithCaseAndFinallyWhileABracketIsOpen) {
-    OwnedPage lPage(H::Create("root", eUNIDENTIFIED));
-    OwnedPage lInstance(H::Create(*lPage));
+    OwnedRoot lPage(H::Create("root", eUNIDENTIFIED));
+    OwnedRoot lInstance(H::Create(*lPage));
     const H lName = AddChild(*lPage, "name", eDOUBLE1);
     lPage->BeginCreateOrFindProperty();
     EXPECT_EQ(lPage->Find("name", false), lName);
@@ -524,7 +524,7 @@ TEST_F(PropertyHandle, LooksUpWithCaseAndFinallyWhileABracketIsOpen) {
 }
 
 TEST_F(PropertyHandle, DoesNotFindAPropertyThatWasDestroyedInsideABracket) {
-    OwnedPage lPage(H::Create());
+    OwnedRoot lPage(H::Create());
     H lFirst = AddChild(*lPage, "twin", eDOUBLE1);
     const H lSecond = AddChild(*lPage, "twin", eDOUBLE1);
     H lSingle = AddChild(*lPage, "single", eDOUBLE1);
@@ -541,7 +541,7 @@ TEST_F(PropertyHandle, DoesNotFindAPropertyThatWasDestroyedInsideABracket) {
 }
 
 TEST_F(PropertyHandle, ClosesABracketWithItsFirstEnd) {
-    OwnedPage lPage(H::Create());
+    OwnedRoot lPage(H::Create());
     const H lName = AddChild(*lPage, "name", eDOUBLE1);
     lPage->EndCreateOrFindProperty();
     lPage->BeginCreateOrFindProperty();

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "lyrfilesdk/lyrcore/klyrpropertyhandle.h"
+#include "tests/support/connection_filters.h"
 #include "tests/support/handle_pages.h"
 #include "tests/support/memory_probe.h"
 #include "tests/support/report_recorder.h"
@@ -17,13 +18,6 @@ using H = KLyrPropertyHandle;
 using F = LyrPropertyFlags;
 
 const char kLongText[] = "a text that is long enough to need a block of its own wherever it goes";
-
-class UserConnections : public KLyrConnectionPointFilter {
-public:
-    bool Selects(const KLyrConnectionPoint*, kLyrConnectionType pType) const override {
-        return (pType & eLyrConnectionUser) != 0;
-    }
-};
 
 //   top   0 "top"   1 "number" 2 "text" 3 "choice"     page is an instance of it
 //   type  0 "type"  1 "inner" typed by inner  2 "group"  3 "leaf" below group
@@ -58,11 +52,11 @@ public:
 protected:
     H Here(const H& pProperty) const { return On(*mPage, pProperty); }
 
-    OwnedPage mInner{H::Create("inner type", eDOUBLE2)};
-    OwnedPage mType{H::Create("type", eSTRING)};
-    OwnedPage mPeer{H::Create("peer", eDOUBLE1)};
-    OwnedPage mTop{H::Create("top", eDOUBLE1)};
-    OwnedPage mPage{H::Create(*mTop)};
+    OwnedRoot mInner{H::Create("inner type", eDOUBLE2)};
+    OwnedRoot mType{H::Create("type", eSTRING)};
+    OwnedRoot mPeer{H::Create("peer", eDOUBLE1)};
+    OwnedRoot mTop{H::Create("top", eDOUBLE1)};
+    OwnedRoot mPage{H::Create(*mTop)};
     H mNumber, mText, mChoice;
     H mMade;
 };
@@ -367,7 +361,7 @@ TEST_F(FailingMemory, DescribesOrLeavesTheDescriptionAsItWas) {
 }
 
 TEST_F(FailingMemory, RemovesEnumValuesWithoutMemory) {
-    OwnedPage lPage(H::Create("root", eENUM));
+    OwnedRoot lPage(H::Create("root", eENUM));
     {
         const FailAllocations lFail(0, true);
         lPage->RemoveEnumValue(0);
@@ -423,10 +417,10 @@ TEST_F(FailingMemory, FindsOrMisses) {
 }
 
 TEST_F(FailingMemory, LooksUpAndWalksWithoutMemory) {
-    OwnedPage lTop(H::Create("top", eDOUBLE1));
+    OwnedRoot lTop(H::Create("top", eDOUBLE1));
     const H lA = AddChild(*lTop, "a", eDOUBLE1);
     const H lB = AddChild(lA, "b", eDOUBLE1);
-    OwnedPage lPage(H::Create(*lTop));
+    OwnedRoot lPage(H::Create(*lTop));
     const FailAllocations lFail(0, true);
     EXPECT_EQ(lPage->Find("a|b", "|", true), On(*lPage, lB));
     EXPECT_EQ(lPage->Find("A|B", "|", false), On(*lPage, lB));
@@ -450,7 +444,7 @@ public:
     }
 
 private:
-    OwnedPage mOther{H::Create(*mTop)};
+    OwnedRoot mOther{H::Create(*mTop)};
 };
 
 // Crosses the sizes at which a list of connections grows and gets an index.
@@ -489,7 +483,7 @@ public:
     }
 
 protected:
-    UserConnections mFilter;
+    TypeFilter mFilter{eLyrConnectionUser};
 };
 
 // The filter's list may lose track for want of memory; it is complete again when it is next asked.
@@ -547,7 +541,7 @@ public:
     }
 
 private:
-    OwnedPage mSecond{H::Create(*mTop)};
+    OwnedRoot mSecond{H::Create(*mTop)};
     std::string mSeen, mSeenSecond;
 };
 
@@ -573,7 +567,7 @@ public:
     }
 
 private:
-    OwnedPage mBottom{H::Create(*mPage)};
+    OwnedRoot mBottom{H::Create(*mPage)};
     std::string mSeen;
 };
 

@@ -34,17 +34,17 @@ protected:
         return DescribePage(*mTop) + DescribePage(*mPage) + DescribePage(*mBelow) + DescribePage(*mPeer);
     }
 
-    OwnedPage mType{H::Create("type", eENUM)};
-    OwnedPage mPeer{H::Create("peer", eDOUBLE1)};
-    OwnedPage mTop{H::Create("root", eDOUBLE1)};
-    OwnedPage mPage{H::Create(*mTop)};
-    OwnedPage mBelow{H::Create(*mPage)};
+    OwnedRoot mType{H::Create("type", eENUM)};
+    OwnedRoot mPeer{H::Create("peer", eDOUBLE1)};
+    OwnedRoot mTop{H::Create("root", eDOUBLE1)};
+    OwnedRoot mPage{H::Create(*mTop)};
+    OwnedRoot mBelow{H::Create(*mPage)};
 };
 
 const int kNoCodes[] = {INT_MIN, -1, eUNIDENTIFIED, eMAX_TYPES, eMAX_TYPES + 1, 1000, INT_MAX};
 
 TEST_F(PropertyHandleHostile, TakesNullNamesAsEmptyOnes) {
-    OwnedPage lPage(H::Create(nullptr, eENUM));
+    OwnedRoot lPage(H::Create(nullptr, eENUM));
     EXPECT_STREQ(lPage->GetName(), "");
     const H lChild = lPage->Add(nullptr, H());
     EXPECT_STREQ(lChild.GetName(), "");
@@ -66,14 +66,14 @@ TEST_F(PropertyHandleHostile, TakesNullNamesAsEmptyOnes) {
     lPage->BeginCreateOrFindProperty();
     EXPECT_EQ(lPage->Find(nullptr, true), lChild);
     lPage->EndCreateOrFindProperty();
-    OwnedPage lTyped(H::Create(nullptr, *mType));
+    OwnedRoot lTyped(H::Create(nullptr, *mType));
     EXPECT_STREQ(lTyped->GetName(), "");
 }
 
 TEST_F(PropertyHandleHostile, RefusesNullValuesOfEveryCodeSilently) {
     for (int lCode = eUNIDENTIFIED; lCode < eMAX_TYPES; ++lCode) {
-        OwnedPage lPage(H::Create("root", static_cast<ELyrType>(lCode)));
-        OwnedPage lInstance(H::Create(*lPage));
+        OwnedRoot lPage(H::Create("root", static_cast<ELyrType>(lCode)));
+        OwnedRoot lInstance(H::Create(*lPage));
         for (int lValueCode = -1; lValueCode <= eMAX_TYPES; ++lValueCode) {
             const ELyrType lType = static_cast<ELyrType>(lValueCode);
             SCOPED_TRACE(std::to_string(lCode) + " from " + std::to_string(lValueCode));
@@ -147,7 +147,7 @@ TEST_F(PropertyHandleHostile, RefusesReferencesWithAReport) {
         EXPECT_EQ(lReports.Take(), lRefusal);
     }
     EXPECT_EQ(State(), lState);
-    OwnedPage lReference(H::Create("reference", eREFERENCE));
+    OwnedRoot lReference(H::Create("reference", eREFERENCE));
     double lNumber = 4;
     EXPECT_FALSE(lReference->Set(&lNumber, eDOUBLE1, false));
     EXPECT_EQ(lReports.Take(), lRefusal);
@@ -158,8 +158,8 @@ TEST_F(PropertyHandleHostile, RefusesReferencesWithAReport) {
 
 TEST_F(PropertyHandleHostile, MakesPropertiesOfUnknownTypesWithoutAValue) {
     for (int lCode : kNoCodes) {
-        OwnedPage lPage(H::Create("root", static_cast<ELyrType>(lCode)));
-        OwnedPage lInstance(H::Create(*lPage));
+        OwnedRoot lPage(H::Create("root", static_cast<ELyrType>(lCode)));
+        OwnedRoot lInstance(H::Create(*lPage));
         const H lChild = AddChild(*lPage, "child", static_cast<ELyrType>(lCode));
         const H lCopy = lInstance->Add("copy", *lPage);
         for (H lHandle : {H(*lPage), lChild, H(*lInstance), lCopy}) {
@@ -228,7 +228,7 @@ TEST_F(PropertyHandleHostile, ComparesOnlyTheBitsThatFlagsHave) {
 }
 
 TEST_F(PropertyHandleHostile, IgnoresEnumerationIndexesThatAreNone) {
-    OwnedPage lPage(H::Create("root", eENUM));
+    OwnedRoot lPage(H::Create("root", eENUM));
     for (int lIndex : {INT_MIN, -1, 0, 1, INT_MAX}) {
         lPage->RemoveEnumValue(lIndex);
         lPage->SetEnumValue(lIndex, "none");
@@ -253,8 +253,56 @@ TEST_F(PropertyHandleHostile, IgnoresEnumerationIndexesThatAreNone) {
     EXPECT_STREQ(lPage->GetEnumValue(2), "two");
 }
 
+TEST_F(PropertyHandleHostile, GivesTheFirstInstanceForAnIndexThatIsNone) {
+    int lData = 0;
+    mPage->SetPageDataPtr(&lData);
+    OwnedRoot lSecond(H::Create(*mTop));
+    for (int lIndex : {INT_MIN, -1, 2, INT_MAX})
+        EXPECT_EQ(mTop->GetReferencedBy(lIndex), &lData) << lIndex;
+    for (int lIndex : {INT_MIN, -1, 0, INT_MAX})
+        EXPECT_EQ(lSecond->GetReferencedBy(lIndex), nullptr) << lIndex;
+}
+
+// --- the last ids ----------------------------------------------------------------------------------------------------
+
+TEST_F(PropertyHandleHostile, AddsAndWalksUpToTheLastId) {
+    OwnedRoot lPage(H::Create());
+    ASSERT_TRUE(lPage->GetPage()->GetIdGenerator()->SkipTo(INT_MAX - 1));
+    H lFirst = lPage->Add("first", H());
+    const H lLast = lFirst.Add("last", H());
+    EXPECT_EQ(lLast.GetId(), INT_MAX);
+    EXPECT_EQ(lPage->Add("more", H()), H());
+    EXPECT_EQ(lPage->Add("more", *mType), H());
+    EXPECT_EQ(lPage->Find("first|last", "|", true), lLast);
+    EXPECT_EQ(lFirst.GetChild(), lLast);
+    EXPECT_FALSE(lLast.GetSibling().Valid());
+    EXPECT_FALSE(lLast.GetChild().Valid());
+    EXPECT_FALSE(lPage->GetNextDescendent(lLast).Valid());
+    OwnedRoot lInstance(H::Create(*lPage));
+    EXPECT_TRUE(On(*lInstance, lLast).ModifyFlags(F::eUSER, true));
+    lInstance->PushPropertiesToParentInstance();
+    EXPECT_EQ(lLast.GetFlags(), F::eUSER);
+    const std::string lSeen = DescribePage(*lInstance, false);
+    lPage->Destroy();
+    EXPECT_EQ(DescribePage(*lInstance, false), lSeen);
+}
+
+TEST_F(PropertyHandleHostile, AddsNothingWhenTheIdsEndWithinIt) {
+    for (int lLeft : {1, 2, 3}) {
+        OwnedRoot lType(H::Create("type", eDOUBLE1));
+        AddChild(AddChild(*lType, "part", eSTRING), "deep", eSTRING);
+        OwnedRoot lPage(H::Create());
+        ASSERT_TRUE(lPage->GetPage()->GetIdGenerator()->SkipTo(INT_MAX - lLeft + 1));
+        lPage->BeginCreateOrFindProperty();
+        EXPECT_EQ(lPage->Add("typed", *lType).Valid(), lLeft == 3) << lLeft;
+        EXPECT_EQ(lPage->Find("typed", true).Valid(), lLeft == 3) << lLeft;
+        lPage->EndCreateOrFindProperty();
+        EXPECT_EQ(lPage->GetFirstDescendent().Valid(), lLeft == 3) << lLeft;
+    }
+}
+
 TEST_F(PropertyHandleHostile, TakesItsOwnTextsAsArguments) {
-    OwnedPage lPage(H::Create("root name", eENUM));
+    OwnedRoot lPage(H::Create("root name", eENUM));
     lPage->SetLabel("a label of some length");
     EXPECT_TRUE(lPage->SetLabel(lPage->GetLabel()));
     EXPECT_STREQ(lPage->GetLabel(), "a label of some length");
@@ -307,7 +355,7 @@ TEST_F(PropertyHandleHostile, TakesNamesOfAnyBytes) {
     std::string lName;
     for (int lByte = 1; lByte < 256; ++lByte)
         lName += static_cast<char>(lByte);
-    OwnedPage lPage(H::Create(lName.c_str(), eENUM));
+    OwnedRoot lPage(H::Create(lName.c_str(), eENUM));
     const H lChild = lPage->Add(lName.c_str(), H());
     EXPECT_STREQ(lPage->GetName(), lName.c_str());
     EXPECT_EQ(lPage->Find(lName.c_str(), true), lChild);
@@ -326,7 +374,7 @@ TEST_F(PropertyHandleHostile, TakesNamesOfAnyBytes) {
 TEST_F(PropertyHandleHostile, TakesNamesOfAMebibyte) {
     const std::string lName(1 << 20, '\xE9');
     const std::string lOther = lName.substr(1) + 'x';
-    OwnedPage lPage(H::Create(lName.c_str(), eENUM));
+    OwnedRoot lPage(H::Create(lName.c_str(), eENUM));
     const H lChild = lPage->Add(lName.c_str(), H());
     H lParent = lChild;
     const H lDeep = lParent.Add(lOther.c_str(), H());
@@ -345,7 +393,7 @@ TEST_F(PropertyHandleHostile, TakesNamesOfAMebibyte) {
 }
 
 TEST_F(PropertyHandleHostile, FollowsAPathOfThousandsOfNames) {
-    OwnedPage lPage(H::Create());
+    OwnedRoot lPage(H::Create());
     H lDeepest = *lPage;
     const int lDepth = 1000;
     for (int i = 0; i < lDepth; ++i)
@@ -358,7 +406,7 @@ TEST_F(PropertyHandleHostile, FollowsAPathOfThousandsOfNames) {
 }
 
 TEST_F(PropertyHandleHostile, FindsTextsAroundTheLengthOfAnyInnerBuffer) {
-    OwnedPage lPage(H::Create());
+    OwnedRoot lPage(H::Create());
     for (std::size_t lLength = 250; lLength < 262; ++lLength) {
         const std::string lName(lLength, 'n');
         H lChild = lPage->Add(lName.c_str(), H());
@@ -370,7 +418,7 @@ TEST_F(PropertyHandleHostile, FindsTextsAroundTheLengthOfAnyInnerBuffer) {
 // --- parents that make no tree ---------------------------------------------------------------------------------------
 
 TEST_F(PropertyHandleHostile, WalksParentsThatRunInACircle) {
-    OwnedPage lPage(H::Create());
+    OwnedRoot lPage(H::Create());
     KLyrPropertyPage* lAdd = lPage->GetPage();
     const H lSelf(lAdd, lAdd->Add(1, "self", eDOUBLE1));
     const H lFirst(lAdd, lAdd->Add(3, "first", eDOUBLE1));
@@ -388,8 +436,8 @@ TEST_F(PropertyHandleHostile, WalksParentsThatRunInACircle) {
     EXPECT_EQ(lFirst.GetChild(), lSecond);
     EXPECT_EQ(lFirst.GetFirstDescendent(), lSecond);
     EXPECT_EQ(lFirst.GetNextDescendent(lSecond), lHanging);
-    OwnedPage lInstance(H::Create(*lPage));
-    OwnedPage lTyped(H::Create("typed", *lPage));
+    OwnedRoot lInstance(H::Create(*lPage));
+    OwnedRoot lTyped(H::Create("typed", *lPage));
     EXPECT_FALSE(lTyped->GetChild().Valid()) << "no child of the root";
     const std::string lSeen = DescribePage(*lInstance, false);
     lPage->Destroy();

@@ -27,7 +27,7 @@ protected:
         AddChild(*mType, "part", eINTEGER1);
         mPage->Add("typed", *mType);
         mPeer->ConnectSrc(lAdded, eLyrConnectionData);
-        for (OwnedPage* lPage : {&mTop, &mPage, &mBelow})
+        for (OwnedRoot* lPage : {&mTop, &mPage, &mBelow})
             (*lPage)->SetPageDataPtr(&sgData);
     }
 
@@ -35,11 +35,11 @@ protected:
         return DescribePage(*mTop) + DescribePage(*mPage) + DescribePage(*mBelow) + DescribePage(*mPeer);
     }
 
-    OwnedPage mType{H::Create("type", eENUM)};
-    OwnedPage mPeer{H::Create("peer", eDOUBLE1)};
-    OwnedPage mTop{H::Create("root", eDOUBLE1)};
-    OwnedPage mPage{H::Create(*mTop)};
-    OwnedPage mBelow{H::Create(*mPage)};
+    OwnedRoot mType{H::Create("type", eENUM)};
+    OwnedRoot mPeer{H::Create("peer", eDOUBLE1)};
+    OwnedRoot mTop{H::Create("root", eDOUBLE1)};
+    OwnedRoot mPage{H::Create(*mTop)};
+    OwnedRoot mBelow{H::Create(*mPage)};
 };
 
 // --- handles that name no property -----------------------------------------------------------------------------------
@@ -68,12 +68,12 @@ std::string Say(void* pValue) {
 
 // What an operation gives on a handle without page, on (page, -1), on an unknown id and on an id below -1.
 struct Row {
-    const char* name;
-    std::function<std::string(H&)> call;
-    const char* noPage;
-    const char* noId;
-    const char* unknownId;
-    const char* negativeId;
+    const char* mName;
+    std::function<std::string(H&)> mCall;
+    const char* mNoPage;
+    const char* mNoId;
+    const char* mUnknownId;
+    const char* mNegativeId;
 };
 
 class PropertyHandleInvalid : public PagesInAChain {
@@ -92,11 +92,11 @@ protected:
     std::vector<Row> PageRows();
 
     void ExpectRow(const Row& pRow, H pHandle, const char* pExpected) {
-        SCOPED_TRACE(std::string(pRow.name) + " on " + SayHandle(pHandle));
+        SCOPED_TRACE(std::string(pRow.mName) + " on " + SayHandle(pHandle));
         const std::string lState = State();
         const std::size_t lBlocks = MemoryProbe::LiveBlocks();
         H lHandle = pHandle;
-        EXPECT_EQ(pRow.call(lHandle), pExpected);
+        EXPECT_EQ(pRow.mCall(lHandle), pExpected);
         EXPECT_EQ(lHandle, pHandle) << "the handle stays";
         EXPECT_EQ(MemoryProbe::LiveBlocks(), lBlocks) << "nothing is stored";
         EXPECT_EQ(State(), lState);
@@ -106,12 +106,12 @@ protected:
         KLyrPropertyPage* lPage = mPage->GetPage();
         for (const Row& lRow : pRows) {
             for (int lId : {-1, 0, 1, INT_MAX, INT_MIN})
-                ExpectRow(lRow, H(nullptr, lId), lRow.noPage);
-            ExpectRow(lRow, H(lPage, -1), lRow.noId);
+                ExpectRow(lRow, H(nullptr, lId), lRow.mNoPage);
+            ExpectRow(lRow, H(lPage, -1), lRow.mNoId);
             for (int lId : {77, INT_MAX})
-                ExpectRow(lRow, H(lPage, lId), lRow.unknownId);
+                ExpectRow(lRow, H(lPage, lId), lRow.mUnknownId);
             for (int lId : {-2, INT_MIN})
-                ExpectRow(lRow, H(lPage, lId), lRow.negativeId);
+                ExpectRow(lRow, H(lPage, lId), lRow.mNegativeId);
         }
     }
 

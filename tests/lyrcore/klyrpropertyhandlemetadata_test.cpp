@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "lyrfilesdk/lyrcore/klyrpropertyhandle.h"
+#include "tests/support/connection_filters.h"
 #include "tests/support/handle_pages.h"
 #include "tests/support/memory_probe.h"
 #include "tests/support/report_recorder.h"
@@ -16,15 +17,6 @@ using H = KLyrPropertyHandle;
 using F = LyrPropertyFlags;
 
 class PropertyHandleMetadata : public HandleTest {};
-
-class OnlyType : public KLyrConnectionPointFilter {
-public:
-    explicit OnlyType(kLyrConnectionType pType) : mType(pType) {}
-    bool Selects(const KLyrConnectionPoint*, kLyrConnectionType pType) const override { return pType == mType; }
-
-private:
-    kLyrConnectionType mType;
-};
 
 #define EXPECT_GIVES(pType, pCall) static_assert(std::is_same_v<decltype(pCall), pType>, #pCall)
 
@@ -102,11 +94,11 @@ TEST_F(PropertyHandleMetadata, TakesEveryCallWithItsDocumentedArgumentsAndResult
 // --- description -----------------------------------------------------------------------------------------------------
 
 struct Bound {
-    const char* name;
-    KLyrPropertyInfo::eValueIndex index;
-    bool (H::*set)(const void*, ELyrType);
-    bool (H::*get)(void*, ELyrType) const;
-    bool (H::*has)() const;
+    const char* mName;
+    KLyrPropertyInfo::eValueIndex mIndex;
+    bool (H::*mSet)(const void*, ELyrType);
+    bool (H::*mGet)(void*, ELyrType) const;
+    bool (H::*mHas)() const;
 };
 
 const Bound kBounds[] = {
@@ -117,46 +109,46 @@ const Bound kBounds[] = {
 };
 
 TEST_F(PropertyHandleMetadata, KeepsTheFourBoundsApart) {
-    OwnedPage lPage(H::Create("root", eINTEGER1));
+    OwnedRoot lPage(H::Create("root", eINTEGER1));
     int lSet = 0;
     for (const Bound& lBound : kBounds) {
-        SCOPED_TRACE(lBound.name);
+        SCOPED_TRACE(lBound.mName);
         double lValue = -1;
-        EXPECT_FALSE(((*lPage).*lBound.has)());
-        EXPECT_FALSE(((*lPage).*lBound.get)(&lValue, eDOUBLE1));
+        EXPECT_FALSE(((*lPage).*lBound.mHas)());
+        EXPECT_FALSE(((*lPage).*lBound.mGet)(&lValue, eDOUBLE1));
         EXPECT_EQ(lValue, -1);
         const double lGiven = 10.75 + lSet;
-        EXPECT_TRUE(((*lPage).*lBound.set)(&lGiven, eDOUBLE1));
+        EXPECT_TRUE(((*lPage).*lBound.mSet)(&lGiven, eDOUBLE1));
         ++lSet;
         int lBefore = 0;
         for (const Bound& lOther : kBounds) {
-            EXPECT_EQ(((*lPage).*lOther.has)(), lBefore < lSet) << lOther.name;
-            EXPECT_EQ(lPage->GetPage()->HasMinMax(0, lOther.index), lBefore < lSet) << lOther.name;
+            EXPECT_EQ(((*lPage).*lOther.mHas)(), lBefore < lSet) << lOther.mName;
+            EXPECT_EQ(lPage->GetPage()->HasMinMax(0, lOther.mIndex), lBefore < lSet) << lOther.mName;
             ++lBefore;
         }
     }
     int lExpected = 10;
     for (const Bound& lBound : kBounds) {
         double lValue = -1;
-        EXPECT_TRUE(((*lPage).*lBound.get)(&lValue, eDOUBLE1));
+        EXPECT_TRUE(((*lPage).*lBound.mGet)(&lValue, eDOUBLE1));
         EXPECT_EQ(lValue, lExpected++) << "kept as an int";
     }
 }
 
 TEST_F(PropertyHandleMetadata, SharesTheDescriptionBetweenAPageAndItsInstances) {
-    OwnedPage lPage(H::Create("root", eENUM));
-    OwnedPage lInstance(H::Create(*lPage));
+    OwnedRoot lPage(H::Create("root", eENUM));
+    OwnedRoot lInstance(H::Create(*lPage));
     int lData = 0;
     const int lBound = 4;
     SetInt(*lInstance, 1);
     for (const Bound& lEach : kBounds)
-        EXPECT_TRUE(((*lInstance).*lEach.set)(&lBound, eINTEGER1));
+        EXPECT_TRUE(((*lInstance).*lEach.mSet)(&lBound, eINTEGER1));
     EXPECT_TRUE(lInstance->SetLabel("Label"));
     EXPECT_TRUE(lInstance->SetUserTag(-7));
     EXPECT_TRUE(lInstance->SetUserData(&lData));
     EXPECT_EQ(lInstance->AddEnumValue("one"), 0);
     for (const Bound& lEach : kBounds)
-        EXPECT_TRUE(((*lPage).*lEach.has)());
+        EXPECT_TRUE(((*lPage).*lEach.mHas)());
     EXPECT_STREQ(lPage->GetLabel(), "Label");
     EXPECT_EQ(lPage->GetUserTag(), -7);
     EXPECT_EQ(lPage->GetUserData(), &lData);
@@ -164,18 +156,18 @@ TEST_F(PropertyHandleMetadata, SharesTheDescriptionBetweenAPageAndItsInstances) 
 }
 
 TEST_F(PropertyHandleMetadata, StartsWithAnEmptyDescription) {
-    OwnedPage lPage(H::Create("root", eENUM));
+    OwnedRoot lPage(H::Create("root", eENUM));
     EXPECT_STREQ(lPage->GetLabel(), "");
     EXPECT_EQ(lPage->GetUserTag(), 0);
     EXPECT_EQ(lPage->GetUserData(), nullptr);
     EXPECT_EQ(lPage->GetEnumCount(), 0);
     EXPECT_EQ(lPage->GetEnumValue(0), nullptr);
     for (const Bound& lBound : kBounds)
-        EXPECT_FALSE(((*lPage).*lBound.has)());
+        EXPECT_FALSE(((*lPage).*lBound.mHas)());
 }
 
 TEST_F(PropertyHandleMetadata, EditsTheTextsOfAnEnumeration) {
-    OwnedPage lPage(H::Create("root", eENUM));
+    OwnedRoot lPage(H::Create("root", eENUM));
     EXPECT_EQ(lPage->AddEnumValue("a"), 0);
     EXPECT_EQ(lPage->AddEnumValue("c"), 1);
     EXPECT_EQ(lPage->AddEnumValue("a"), -1) << "no text twice";
@@ -189,7 +181,7 @@ TEST_F(PropertyHandleMetadata, EditsTheTextsOfAnEnumeration) {
     EXPECT_STREQ(lPage->GetEnumValue(1), "b");
     EXPECT_STREQ(lPage->GetEnumValue(2), "d");
     EXPECT_EQ(lPage->GetEnumValue(3), nullptr);
-    OwnedPage lOther(H::Create("root", eINTEGER1));
+    OwnedRoot lOther(H::Create("root", eINTEGER1));
     EXPECT_EQ(lOther->AddEnumValue("a"), -1);
     lOther->InsertEnumValue(0, "a");
     EXPECT_EQ(lOther->GetEnumCount(), 0);
@@ -197,14 +189,14 @@ TEST_F(PropertyHandleMetadata, EditsTheTextsOfAnEnumeration) {
 }
 
 TEST_F(PropertyHandleMetadata, LeavesTheDescriptionBehindInATypedCopy) {
-    OwnedPage lType(H::Create("type", eENUM));
+    OwnedRoot lType(H::Create("type", eENUM));
     H lChild = AddChild(*lType, "child", eENUM);
     const int lBound = 1;
     lChild.SetLabel("Child");
     lChild.SetUserTag(1);
     lChild.AddEnumValue("one");
     lChild.SetMin(&lBound, eINTEGER1);
-    OwnedPage lPage(H::Create("root", *lType));
+    OwnedRoot lPage(H::Create("root", *lType));
     const H lCopy = lPage->GetChild();
     EXPECT_STREQ(lCopy.GetName(), "child");
     EXPECT_STREQ(lCopy.GetLabel(), "");
@@ -216,7 +208,7 @@ TEST_F(PropertyHandleMetadata, LeavesTheDescriptionBehindInATypedCopy) {
 // --- flags and inheritance -------------------------------------------------------------------------------------------
 
 TEST_F(PropertyHandleMetadata, TurnsFlagsOnAndOffOnOnePage) {
-    OwnedPage lPage(H::Create("root", eDOUBLE1));
+    OwnedRoot lPage(H::Create("root", eDOUBLE1));
     EXPECT_EQ(lPage->GetFlags(), F::eNO_FLAG);
     EXPECT_EQ(lPage->GetFlagsInheritType(F::eUSER, false), eLyrOverride) << "a new property sets all its flags";
     EXPECT_TRUE(lPage->ModifyFlags(F::eUSER | F::eHIDDEN, true));
@@ -226,8 +218,8 @@ TEST_F(PropertyHandleMetadata, TurnsFlagsOnAndOffOnOnePage) {
 }
 
 TEST_F(PropertyHandleMetadata, AlwaysComparesFlagsWithTheInheritedOnes) {
-    OwnedPage lPage(H::Create("root", eDOUBLE1));
-    OwnedPage lInstance(H::Create(*lPage));
+    OwnedRoot lPage(H::Create("root", eDOUBLE1));
+    OwnedRoot lInstance(H::Create(*lPage));
     lPage->ModifyFlags(F::eUSER, true);
     EXPECT_TRUE(lInstance->ModifyFlags(F::eUSER, true));
     EXPECT_EQ(lInstance->GetFlagsInheritType(F::eUSER, false), eLyrInherit) << "on already";
@@ -246,8 +238,8 @@ TEST_F(PropertyHandleMetadata, AlwaysComparesFlagsWithTheInheritedOnes) {
 }
 
 TEST_F(PropertyHandleMetadata, TakesTheFlagsFirstAndTheStateSecond) {
-    OwnedPage lPage(H::Create("root", eDOUBLE1));
-    OwnedPage lInstance(H::Create(*lPage));
+    OwnedRoot lPage(H::Create("root", eDOUBLE1));
+    OwnedRoot lInstance(H::Create(*lPage));
     lPage->ModifyFlags(F::eUSER, true);
     EXPECT_TRUE(lInstance->SetFlagsInheritType(F::eUSER, eLyrOverride));
     EXPECT_EQ(lInstance->GetFlagsInheritType(F::eUSER, false), eLyrOverride);
@@ -261,9 +253,9 @@ TEST_F(PropertyHandleMetadata, TakesTheFlagsFirstAndTheStateSecond) {
 }
 
 TEST_F(PropertyHandleMetadata, AsksTheWholeChainForFlagsWhenToldTo) {
-    OwnedPage lTop(H::Create("root", eDOUBLE1));
-    OwnedPage lMiddle(H::Create(*lTop));
-    OwnedPage lBottom(H::Create(*lMiddle));
+    OwnedRoot lTop(H::Create("root", eDOUBLE1));
+    OwnedRoot lMiddle(H::Create(*lTop));
+    OwnedRoot lBottom(H::Create(*lMiddle));
     EXPECT_EQ(lBottom->GetFlagsInheritType(F::eUSER, true), eLyrInherit) << "only the top sets it";
     lMiddle->ModifyFlags(F::eUSER, true);
     EXPECT_EQ(lBottom->GetFlagsInheritType(F::eUSER, false), eLyrInherit);
@@ -273,9 +265,9 @@ TEST_F(PropertyHandleMetadata, AsksTheWholeChainForFlagsWhenToldTo) {
 }
 
 TEST_F(PropertyHandleMetadata, OverridesAndInheritsAValue) {
-    OwnedPage lTop(H::Create("root", eDOUBLE1));
-    OwnedPage lMiddle(H::Create(*lTop));
-    OwnedPage lBottom(H::Create(*lMiddle));
+    OwnedRoot lTop(H::Create("root", eDOUBLE1));
+    OwnedRoot lMiddle(H::Create(*lTop));
+    OwnedRoot lBottom(H::Create(*lMiddle));
     SetDouble(*lTop, 1);
     EXPECT_EQ(lTop->GetValueInheritType(false), eLyrOverride);
     EXPECT_EQ(lMiddle->GetValueInheritType(true), eLyrInherit);
@@ -294,9 +286,9 @@ TEST_F(PropertyHandleMetadata, OverridesAndInheritsAValue) {
 }
 
 TEST_F(PropertyHandleMetadata, PushesOnlyThroughTheRoot) {
-    OwnedPage lPage(H::Create("root", eDOUBLE1));
+    OwnedRoot lPage(H::Create("root", eDOUBLE1));
     const H lChild = AddChild(*lPage, "child", eDOUBLE1);
-    OwnedPage lInstance(H::Create(*lPage));
+    OwnedRoot lInstance(H::Create(*lPage));
     const H lOwn = AddChild(*lInstance, "own", eINTEGER1);
     SetDouble(On(*lInstance, lChild), 5);
     lInstance->ModifyFlags(F::eHIDDEN, true);
@@ -318,7 +310,7 @@ TEST_F(PropertyHandleMetadata, PushesOnlyThroughTheRoot) {
 }
 
 TEST_F(PropertyHandleMetadata, PushesToNowhereWithSuccess) {
-    OwnedPage lPage(H::Create("root", eDOUBLE1));
+    OwnedRoot lPage(H::Create("root", eDOUBLE1));
     SetDouble(*lPage, 3);
     const std::string lBefore = DescribePage(*lPage);
     EXPECT_TRUE(lPage->PushPropertiesToParentInstance());
@@ -326,9 +318,9 @@ TEST_F(PropertyHandleMetadata, PushesToNowhereWithSuccess) {
 }
 
 TEST_F(PropertyHandleMetadata, LeavesConnectionsBehindWhenItPushes) {
-    OwnedPage lPage(H::Create("root", eDOUBLE1));
-    OwnedPage lInstance(H::Create(*lPage));
-    OwnedPage lPeer(H::Create("peer", eDOUBLE1));
+    OwnedRoot lPage(H::Create("root", eDOUBLE1));
+    OwnedRoot lInstance(H::Create(*lPage));
+    OwnedRoot lPeer(H::Create("peer", eDOUBLE1));
     SetDouble(*lInstance, 4);
     EXPECT_TRUE(lInstance->ConnectSrc(*lPeer, eLyrConnectionData));
     EXPECT_TRUE(lInstance->PushPropertiesToParentInstance());
@@ -341,7 +333,7 @@ TEST_F(PropertyHandleMetadata, LeavesConnectionsBehindWhenItPushes) {
 // --- the tree --------------------------------------------------------------------------------------------------------
 
 TEST_F(PropertyHandleMetadata, WalksTheTree) {
-    OwnedPage lPage(H::Create());
+    OwnedRoot lPage(H::Create());
     const H lA = AddChild(*lPage, "a", eDOUBLE1);
     const H lB = AddChild(*lPage, "b", eDOUBLE1);
     const H lDeep = AddChild(lA, "deep", eDOUBLE1);
@@ -367,8 +359,8 @@ TEST_F(PropertyHandleMetadata, WalksTheTree) {
 }
 
 TEST_F(PropertyHandleMetadata, TakesOnlyTheIdOfTheHandleToWalkOnFrom) {
-    OwnedPage lPage(H::Create());
-    OwnedPage lOther(H::Create());
+    OwnedRoot lPage(H::Create());
+    OwnedRoot lOther(H::Create());
     AddChild(*lPage, "a", eDOUBLE1);
     const H lB = AddChild(*lPage, "b", eDOUBLE1);
     EXPECT_EQ(lPage->GetNextDescendent(H(lOther->GetPage(), 1)), lB);
@@ -377,8 +369,8 @@ TEST_F(PropertyHandleMetadata, TakesOnlyTheIdOfTheHandleToWalkOnFrom) {
 }
 
 TEST_F(PropertyHandleMetadata, KnowsItsAncestorsOnItsVeryPageOnly) {
-    OwnedPage lPage(H::Create());
-    OwnedPage lInstance(H::Create(*lPage));
+    OwnedRoot lPage(H::Create());
+    OwnedRoot lInstance(H::Create(*lPage));
     const H lA = AddChild(*lPage, "a", eDOUBLE1);
     const H lDeep = AddChild(lA, "deep", eDOUBLE1);
     EXPECT_TRUE(lDeep.IsChildOf(lA));
@@ -400,8 +392,8 @@ TEST_F(PropertyHandleMetadata, KnowsItsAncestorsOnItsVeryPageOnly) {
 // --- connections -----------------------------------------------------------------------------------------------------
 
 TEST_F(PropertyHandleMetadata, ConnectsFromEitherEnd) {
-    OwnedPage lPage(H::Create("root", eDOUBLE1));
-    OwnedPage lOther(H::Create("other", eDOUBLE1));
+    OwnedRoot lPage(H::Create("root", eDOUBLE1));
+    OwnedRoot lOther(H::Create("other", eDOUBLE1));
     H lA = AddChild(*lPage, "a", eDOUBLE1);
     H lB = AddChild(*lPage, "b", eDOUBLE1);
     EXPECT_TRUE(lA.ConnectSrc(*lOther, eLyrConnectionData));
@@ -428,10 +420,10 @@ TEST_F(PropertyHandleMetadata, ConnectsFromEitherEnd) {
 }
 
 TEST_F(PropertyHandleMetadata, FiltersConnectionsAndClearsTheirCache) {
-    OwnedPage lPage(H::Create("root", eDOUBLE1));
+    OwnedRoot lPage(H::Create("root", eDOUBLE1));
     const H lA = AddChild(*lPage, "a", eDOUBLE1);
     const H lB = AddChild(*lPage, "b", eDOUBLE1);
-    OnlyType lData(eLyrConnectionData);
+    TypeFilter lData(eLyrConnectionData);
     lPage->ConnectSrc(lA, eLyrConnectionReference);
     lPage->ConnectSrc(lB, eLyrConnectionData);
     lPage->ConnectDst(lA, eLyrConnectionData);
@@ -450,9 +442,9 @@ TEST_F(PropertyHandleMetadata, FiltersConnectionsAndClearsTheirCache) {
 }
 
 TEST_F(PropertyHandleMetadata, SeesOnlyItsOwnConnectionsButWipesInheritedOnes) {
-    OwnedPage lPage(H::Create("root", eDOUBLE1));
-    OwnedPage lInstance(H::Create(*lPage));
-    OwnedPage lPeer(H::Create("peer", eDOUBLE1));
+    OwnedRoot lPage(H::Create("root", eDOUBLE1));
+    OwnedRoot lInstance(H::Create(*lPage));
+    OwnedRoot lPeer(H::Create("peer", eDOUBLE1));
     EXPECT_TRUE(lPage->ConnectSrc(*lPeer, eLyrConnectionDefault));
     EXPECT_EQ(lInstance->GetSrcCount(nullptr), 0);
     EXPECT_FALSE(lInstance->IsConnectedSrc(*lPeer));
@@ -468,8 +460,8 @@ TEST_F(PropertyHandleMetadata, SeesOnlyItsOwnConnectionsButWipesInheritedOnes) {
 // --- references ------------------------------------------------------------------------------------------------------
 
 TEST_F(PropertyHandleMetadata, RefersToThePageItIsAnInstanceOfByItsData) {
-    OwnedPage lPage(H::Create());
-    OwnedPage lInstance(H::Create(*lPage));
+    OwnedRoot lPage(H::Create());
+    OwnedRoot lInstance(H::Create(*lPage));
     int lData = 0;
     EXPECT_FALSE(lPage->IsAReferenceTo());
     EXPECT_EQ(lPage->GetReferenceTo(), nullptr);
@@ -483,15 +475,15 @@ TEST_F(PropertyHandleMetadata, RefersToThePageItIsAnInstanceOfByItsData) {
 }
 
 TEST_F(PropertyHandleMetadata, IsReferencedByItsInstances) {
-    OwnedPage lPage(H::Create());
+    OwnedRoot lPage(H::Create());
     int lData[3] = {};
     EXPECT_FALSE(lPage->IsReferencedBy());
     EXPECT_EQ(lPage->GetReferencedByCount(), 0);
     EXPECT_EQ(lPage->GetReferencedBy(0), nullptr);
     {
-        OwnedPage lFirst(H::Create(*lPage));
-        OwnedPage lSecond(H::Create(*lPage));
-        OwnedPage lThird(H::Create(*lPage));
+        OwnedRoot lFirst(H::Create(*lPage));
+        OwnedRoot lSecond(H::Create(*lPage));
+        OwnedRoot lThird(H::Create(*lPage));
         lFirst->SetPageDataPtr(&lData[0]);
         lThird->SetPageDataPtr(&lData[2]);
         EXPECT_TRUE(lPage->IsReferencedBy());

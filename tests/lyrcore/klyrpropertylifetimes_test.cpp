@@ -9,6 +9,7 @@
 
 #include "lyrfilesdk/klyrplugins/klyrplug.h"
 #include "lyrfilesdk/lyrcore/klyrpropertyhandle.h"
+#include "tests/support/connection_filters.h"
 #include "tests/support/handle_pages.h"
 #include "tests/support/memory_probe.h"
 #include "tests/support/report_recorder.h"
@@ -23,15 +24,6 @@ using H = KLyrPropertyHandle;
 using F = LyrPropertyFlags;
 
 class PropertyLifetimes : public HandleTest {};
-
-class OnlyType : public KLyrConnectionPointFilter {
-public:
-    explicit OnlyType(kLyrConnectionType pType) : mType(pType) {}
-    bool Selects(const KLyrConnectionPoint*, kLyrConnectionType pType) const override { return pType == mType; }
-
-private:
-    kLyrConnectionType mType;
-};
 
 // While alive, connection items wipe their connections themselves.
 class WipeMode {
@@ -116,8 +108,8 @@ TEST_F(PropertyLifetimes, PagesOfAFamilyGoInAnyOrderAndTheOthersReadTheSame) {
 
 TEST_F(PropertyLifetimes, AnInstanceIsAFamilyRootOfItsOwnAfterItsPageWent) {
     H lPage = H::Create("root", eDOUBLE1);
-    OwnedPage lInstance(H::Create(lPage));
-    OwnedPage lSister(H::Create(lPage));
+    OwnedRoot lInstance(H::Create(lPage));
+    OwnedRoot lSister(H::Create(lPage));
     int lData = 0;
     lPage.SetPageDataPtr(&lData);
     SetDouble(lPage, 2);
@@ -139,7 +131,7 @@ TEST_F(PropertyLifetimes, AnInstanceIsAFamilyRootOfItsOwnAfterItsPageWent) {
 }
 
 TEST_F(PropertyLifetimes, ItemsThatWerePushedOutliveThePageThatMadeThem) {
-    OwnedPage lPage(H::Create("root", eSTRING));
+    OwnedRoot lPage(H::Create("root", eSTRING));
     H lInstance = H::Create(*lPage);
     SetText(lInstance, "from the instance");
     SetText(AddChild(lInstance, "added", eSTRING), "added to the instance");
@@ -171,8 +163,8 @@ TEST_F(PropertyLifetimes, ABracketClosesWithItsPage) {
 TEST_F(PropertyLifetimes, APropertyKeepsTheTypeThatItsTypePageGaveIt) {
     H lType = H::Create("type", eENUM);
     AddChild(lType, "part", eDOUBLE2);
-    OwnedPage lPage(H::Create("root", lType));
-    OwnedPage lInstance(H::Create(*lPage));
+    OwnedRoot lPage(H::Create("root", lType));
+    OwnedRoot lInstance(H::Create(*lPage));
     const H lChild = lPage->Add("child", lType);
     const int lBound = 2;
     lPage->SetMax(&lBound, eINTEGER1);
@@ -189,21 +181,21 @@ TEST_F(PropertyLifetimes, APropertyKeepsTheTypeThatItsTypePageGaveIt) {
     EXPECT_TRUE(lPage->GetMax(&lMax, eINTEGER1));
     EXPECT_EQ(lMax, 2);
     EXPECT_EQ(lPage->AddEnumValue("one"), 1);
-    OwnedPage lCopy(H::Create("copy", *lPage));
+    OwnedRoot lCopy(H::Create("copy", *lPage));
     EXPECT_EQ(lCopy->GetType(), eENUM) << "a page whose type page is gone still types others";
 }
 
 TEST_F(PropertyLifetimes, ANewPageIsNotTakenForATypePageThatIsGone) {
-    OwnedPage lPage(H::Create());
+    OwnedRoot lPage(H::Create());
     H lType = H::Create("type", eDOUBLE1);
     lPage->Add("child", lType);
     KLyrPropertyPage* lOld = lType.GetPage();
     EXPECT_TRUE(lPage->Find("child", lType, true).Valid());
     lType.Destroy();
     EXPECT_FALSE(lPage->Find("child", H(lOld, 0), true).Valid()) << "only the address is looked at";
-    std::vector<std::unique_ptr<OwnedPage>> lOthers;
+    std::vector<std::unique_ptr<OwnedRoot>> lOthers;
     for (int i = 0; i < 100; ++i) {
-        lOthers.push_back(std::make_unique<OwnedPage>(H::Create("other", eDOUBLE1)));
+        lOthers.push_back(std::make_unique<OwnedRoot>(H::Create("other", eDOUBLE1)));
         EXPECT_FALSE(lPage->Find("child", *lOthers.back(), true).Valid());
     }
 }
@@ -247,7 +239,7 @@ TEST_F(PropertyLifetimes, ATypePageThatInheritsItsRootTypesThroughTheChain) {
     AddChild(lTop, "x", eDOUBLE1);
     H lType = H::Create(lTop);
     AddChild(lType, "y", eDOUBLE1);
-    OwnedPage lPage(H::Create("root", lType));
+    OwnedRoot lPage(H::Create("root", lType));
     EXPECT_EQ(lPage->GetType(), eDOUBLE3);
     EXPECT_TRUE(lPage->Find("x", true).Valid() && lPage->Find("y", true).Valid());
     lTop.Destroy();
@@ -263,8 +255,8 @@ TEST_F(PropertyLifetimes, ATypePageThatInheritsItsRootTypesThroughTheChain) {
 TEST_F(PropertyLifetimes, NoPeerPointsAtAPropertyOrPageThatIsGone) {
     for (bool lWipe : {false, true}) {
         const WipeMode lMode(lWipe);
-        OwnedPage lPage(H::Create("root", eDOUBLE1));
-        OnlyType lFilter(eLyrConnectionData);
+        OwnedRoot lPage(H::Create("root", eDOUBLE1));
+        TypeFilter lFilter(eLyrConnectionData);
         H lPeer = H::Create("peer", eDOUBLE1);
         H lChild = AddChild(lPeer, "child", eDOUBLE1);
         lPage->ConnectSrc(lPeer, eLyrConnectionData);
@@ -287,9 +279,9 @@ TEST_F(PropertyLifetimes, NoPeerPointsAtAPropertyOrPageThatIsGone) {
 }
 
 TEST_F(PropertyLifetimes, ConnectionsOfAPageGoWithItAndNotToItsInstances) {
-    OwnedPage lPeer(H::Create("peer", eDOUBLE1));
+    OwnedRoot lPeer(H::Create("peer", eDOUBLE1));
     H lPage = H::Create("root", eDOUBLE1);
-    OwnedPage lInstance(H::Create(lPage));
+    OwnedRoot lInstance(H::Create(lPage));
     lPage.ConnectSrc(*lPeer, eLyrConnectionDefault);
     lInstance->ConnectSrc(*lPeer, eLyrConnectionDefault);
     EXPECT_EQ(lPeer->GetDstCount(nullptr), 2);
@@ -300,30 +292,76 @@ TEST_F(PropertyLifetimes, ConnectionsOfAPageGoWithItAndNotToItsInstances) {
 }
 
 TEST_F(PropertyLifetimes, AFilterGoesBeforeThePointsItFiltered) {
-    OwnedPage lPage(H::Create("root", eDOUBLE1));
-    OwnedPage lPeer(H::Create("peer", eDOUBLE1));
+    OwnedRoot lPage(H::Create("root", eDOUBLE1));
+    OwnedRoot lPeer(H::Create("peer", eDOUBLE1));
     lPage->ConnectSrc(*lPeer, eLyrConnectionData);
     lPage->ConnectDst(*lPeer, eLyrConnectionSystem);
-    alignas(OnlyType) unsigned char lMemory[sizeof(OnlyType)];
+    alignas(TypeFilter) unsigned char lMemory[sizeof(TypeFilter)];
     const struct {
         kLyrConnectionType mType;
         int mSrcs, mDsts;
     } lCases[] = {{eLyrConnectionData, 1, 0}, {eLyrConnectionSystem, 0, 1}, {eLyrConnectionUser, 0, 0}};
     for (const auto& lCase : lCases) {
-        OnlyType* lFilter = ::new (lMemory) OnlyType(lCase.mType);
+        TypeFilter* lFilter = ::new (lMemory) TypeFilter(lCase.mType);
         EXPECT_EQ(lPage->GetSrcCount(lFilter), lCase.mSrcs) << "a filter at the address of the one before";
         EXPECT_EQ(lPage->GetDstCount(lFilter), lCase.mDsts);
         EXPECT_EQ(lPeer->GetDstCount(lFilter), lCase.mSrcs);
-        lFilter->~OnlyType();
+        lFilter->~TypeFilter();
         EXPECT_EQ(lPage->GetSrcCount(nullptr), 1);
     }
-    OnlyType lFilter(eLyrConnectionData);
+    TypeFilter lFilter(eLyrConnectionData);
     {
-        OwnedPage lOther(H::Create("other", eDOUBLE1));
+        OwnedRoot lOther(H::Create("other", eDOUBLE1));
         lOther->ConnectSrc(*lPage, eLyrConnectionData);
         EXPECT_EQ(lOther->GetSrcCount(&lFilter), 1);
     }
     EXPECT_EQ(lPage->GetDstCount(&lFilter), 0) << "the point went before the filter";
+}
+
+// --- without memory for the copies
+// ------------------------------------------------------------------------------------
+
+// The page then lives on behind its instance, which must not hand out what the application took for gone.
+class PropertyLifetimesWithoutMemory : public HandleTest {
+protected:
+    PropertyLifetimesWithoutMemory() {
+        mPage.SetPageDataPtr(this);
+        SetText(mPage, "still read");
+    }
+    void DestroyThePage() {
+        const FailAllocations lFail(0, true);
+        EXPECT_TRUE(mPage.Destroy());
+    }
+
+    H mPage = H::Create("root", eSTRING);
+    OwnedRoot mInstance{H::Create(mPage)};
+    OwnedRoot mPeer{H::Create("peer", eSTRING)};
+};
+
+TEST_F(PropertyLifetimesWithoutMemory, ADestroyedPageIsStillReadByItsInstance) {
+    DestroyThePage();
+    EXPECT_EQ(TextOf(*mInstance), "still read");
+}
+
+TEST_F(PropertyLifetimesWithoutMemory, ADestroyedPageGivesItsDataToNobody) {
+    DestroyThePage();
+    EXPECT_FALSE(mInstance->IsAReferenceTo());
+    EXPECT_EQ(mInstance->GetReferenceTo(), nullptr);
+}
+
+TEST_F(PropertyLifetimesWithoutMemory, ADestroyedPageIsConnectedToNobody) {
+    mPeer->ConnectSrc(mPage, eLyrConnectionDefault);
+    mPeer->ConnectDst(mPage, eLyrConnectionDefault);
+    DestroyThePage();
+    EXPECT_EQ(mPeer->GetSrc(nullptr, 0), H());
+    EXPECT_EQ(mPeer->GetDstCount(nullptr), 0);
+}
+
+TEST_F(PropertyLifetimesWithoutMemory, ADestroyedPageTypesNothing) {
+    const H lTyped = mPeer->Add("typed", mPage);
+    DestroyThePage();
+    EXPECT_EQ(lTyped.GetTypeInfo(), H(nullptr, 0));
+    EXPECT_EQ(lTyped.GetType(), eSTRING);
 }
 
 // --- memory that does not grow ---------------------------------------------------------------------------------------
@@ -350,8 +388,8 @@ std::string TextOfRound(int pRound) {
 }
 
 TEST_F(PropertyLifetimes, OverridingAndInheritingAgainKeepsNothing) {
-    OwnedPage lPage(H::Create("root", eSTRING));
-    OwnedPage lInstance(H::Create(*lPage));
+    OwnedRoot lPage(H::Create("root", eSTRING));
+    OwnedRoot lInstance(H::Create(*lPage));
     SetText(*lPage, "a text of some length that has to be copied");
     lInstance->ModifyFlags(F::eHIDDEN, true);
     const auto lRest = static_cast<F::eLyrPropertyFlags>(F::AllFlags() & ~F::eHIDDEN);
@@ -368,8 +406,8 @@ TEST_F(PropertyLifetimes, OverridingAndInheritingAgainKeepsNothing) {
 
 // A record a round and the room that a pool of records grows by; nothing of the values.
 TEST_F(PropertyLifetimes, AnEntryThatComesAndGoesKeepsNoMoreThanItsRecord) {
-    OwnedPage lPage(H::Create("root", eSTRING));
-    OwnedPage lInstance(H::Create(*lPage));
+    OwnedRoot lPage(H::Create("root", eSTRING));
+    OwnedRoot lInstance(H::Create(*lPage));
     const std::string lText(10000, 't');
     SetText(*lPage, lText.c_str());
     const std::size_t lBytes = MemoryProbe::LiveBytes();
@@ -383,7 +421,7 @@ TEST_F(PropertyLifetimes, AnEntryThatComesAndGoesKeepsNoMoreThanItsRecord) {
 }
 
 TEST_F(PropertyLifetimes, RewritingKeepsOnlyTheLastText) {
-    OwnedPage lPage(H::Create("root", eENUM));
+    OwnedRoot lPage(H::Create("root", eENUM));
     H lText = AddChild(*lPage, "text", eSTRING);
     lPage->AddEnumValue("text");
     ExpectNoGrowth([&](int pRound) {
@@ -403,12 +441,12 @@ TEST_F(PropertyLifetimes, RewritingKeepsOnlyTheLastText) {
 }
 
 TEST_F(PropertyLifetimes, PropertiesPagesAndConnectionsThatComeAndGoLeaveNothing) {
-    OwnedPage lType(H::Create("type", eBLOB));
+    OwnedRoot lType(H::Create("type", eBLOB));
     AddChild(AddChild(*lType, "part", eSTRING), "deep", eSTRING);
-    OwnedPage lPage(H::Create("root", eDOUBLE1));
-    OnlyType lFilter(eLyrConnectionData);
+    OwnedRoot lPage(H::Create("root", eDOUBLE1));
+    TypeFilter lFilter(eLyrConnectionData);
     ExpectNoGrowth([&](int pRound) {
-        OwnedPage lInstance(H::Create(*lPage));
+        OwnedRoot lInstance(H::Create(*lPage));
         H lAdded = lInstance->Add(TextOfRound(pRound).c_str(), *lType);
         H lPart = lAdded.GetChild();
         H lDeep = lPart.GetChild();
@@ -427,8 +465,8 @@ TEST_F(PropertyLifetimes, PropertiesPagesAndConnectionsThatComeAndGoLeaveNothing
 }
 
 TEST_F(PropertyLifetimes, PushedItemsReplaceThoseBefore) {
-    OwnedPage lPage(H::Create("root", eSTRING));
-    OwnedPage lInstance(H::Create(*lPage));
+    OwnedRoot lPage(H::Create("root", eSTRING));
+    OwnedRoot lInstance(H::Create(*lPage));
     lInstance->ConnectSrc(*lPage, eLyrConnectionDefault);
     ExpectNoGrowth([&](int pRound) {
         SetText(*lInstance, TextOfRound(pRound).c_str());

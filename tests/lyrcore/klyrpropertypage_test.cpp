@@ -306,6 +306,15 @@ TEST_F(KLyrPropertyPageTest, HandsOutTheLargestIdAndNoneBehindIt) {
     EXPECT_EQ(lInstance->GetMinimumPropertyIdAndEntry(INT_MAX), -1);
 }
 
+TEST_F(KLyrPropertyPageTest, CountStopsAtTheLargestInteger) {
+    const OwnedPage lPage = MakeRoot();
+    const OwnedPage lInstance = MakeInstance(lPage);
+    ASSERT_TRUE(lPage->GetIdGenerator()->SkipTo(INT_MAX));
+    EXPECT_EQ(lPage->Add(0, "last", eDOUBLE1), INT_MAX);
+    EXPECT_EQ(lPage->GetPropertyEntryCount(), INT_MAX);
+    EXPECT_EQ(lInstance->GetPropertyEntryCount(), INT_MAX);
+}
+
 // --- entries and items -----------------------------------------------------------------------------------------------
 
 TEST_F(KLyrPropertyPageTest, FindsAnEntryInTheNearestPageThatHoldsIt) {

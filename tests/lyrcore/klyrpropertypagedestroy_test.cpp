@@ -102,6 +102,17 @@ TEST_F(KLyrPropertyPageDestroyTest, OwnFlagsOfAnInstanceWinOverTheHandedDownOnes
     EXPECT_EQ(lInstance->GetFlagsInheritType(Flag::ePUBLISHED, false, 0), eLyrOverride);
 }
 
+TEST_F(KLyrPropertyPageDestroyTest, MarkOfTheUndefinedTopBitStays) {
+    OwnedPage lRoot = MakeRoot("root", eDOUBLE1);
+    const OwnedPage lInstance = MakeInstance(lRoot);
+    const OwnedPage lSecond = MakeInstance(lRoot);
+    lRoot->ModifyFlags(0, Flags(0x8000), true, false);
+    lInstance->ModifyFlags(0, Flags(0x8000), false, false);
+    lRoot.reset();
+    EXPECT_EQ(OwnFlagData(lInstance, 0), 0xFFFF0000u);
+    EXPECT_EQ(lSecond->GetFlags(0), 0x8000u);
+}
+
 TEST_F(KLyrPropertyPageDestroyTest, MiddleOfAChainLeavesFamiliesThatShareTheIds) {
     const OwnedPage lRoot = MakeRoot("root", eDOUBLE1);
     OwnedPage lMiddle = MakeInstance(lRoot);

@@ -138,6 +138,24 @@ TEST_F(KLyrPropertyPageFailingMemoryTest, AddingInAnOpenBracketKeepsItsAnswersRi
     });
 }
 
+TEST_F(KLyrPropertyPageFailingMemoryTest, OpenBracketDoesNotKnowAPropertyThatCouldNotBeAdded) {
+    WithEveryAllocationFailing([](FailurePoint pPoint) {
+        const Family lFamily;
+        lFamily.mLeaf->BeginCreateOrFindProperty();
+        std::size_t lFailed = 0;
+        int lFirst = -1;
+        {
+            const FailAllocations lFail(pPoint.mFirst, pPoint.mForever);
+            lFirst = lFamily.mLeaf->Add(0, "first", eDOUBLE1);
+            lFailed = lFail.Failed();
+        }
+        const int lSecond = lFamily.mLeaf->Add(0, "second", eDOUBLE1);
+        EXPECT_EQ(lFamily.mLeaf->FastFind(0, "second", nullptr, true), lSecond);
+        EXPECT_EQ(lFamily.mLeaf->FastFind(0, "first", nullptr, true), lFirst);
+        return lFailed;
+    });
+}
+
 TEST_F(KLyrPropertyPageFailingMemoryTest, ItemsThatCouldNotBeAddedStayTheCallers) {
     WithEveryAllocationFailing([](FailurePoint pPoint) {
         const Family lFamily;
@@ -338,6 +356,7 @@ TEST_F(KLyrPropertyPageFailingMemoryTest, LongSegmentsOfPathsAreNotFound) {
     const std::string lName(1000, 'n');
     const OwnedPage lPage = MakeRoot();
     const int lBelow = lPage->Add(lPage->Add(0, lName.c_str(), eDOUBLE1), "below", eDOUBLE1);
+    lPage->Add(lPage->Add(0, "", eDOUBLE1), "below", eDOUBLE1);
     const std::string lPath = lName + "|below";
     {
         const FailAllocations lFail(0, true);
@@ -495,10 +514,27 @@ TEST_F(KLyrPropertyPageFailingMemoryTest, EmptyEntryThatWasThereStays) {
             const FailAllocations lFail(pPoint.mFirst, pPoint.mForever);
             Override<KLyrPropertyInfo>(lFamily.mLeaf, lFamily.mText);
             Override<KLyrPropertyValue>(lFamily.mLeaf, lFamily.mText);
+            lFailed = lFail.Failed();
+        }
+        EXPECT_EQ(OwnEntry(lFamily.mLeaf, lFamily.mText), lEntry);
+        return lFailed;
+    });
+}
+
+TEST_F(KLyrPropertyPageFailingMemoryTest, HandDownThatFailsLeavesNoEmptyEntryAndTakesNoneAway) {
+    WithEveryAllocationFailing([](FailurePoint pPoint) {
+        Family lFamily;
+        const KLyrPropertyEntry* lEntry = lFamily.mLeaf->ChangePropertyEntryState(lFamily.mText, eLyrOverride);
+        std::size_t lFailed = 0;
+        {
+            const FailAllocations lFail(pPoint.mFirst, pPoint.mForever);
             lFamily.mMiddle.reset();
             lFailed = lFail.Failed();
         }
         EXPECT_EQ(OwnEntry(lFamily.mLeaf, lFamily.mText), lEntry);
+        for (int lId : {0, lFamily.mEnum}) {
+            EXPECT_FALSE(OwnEntry(lFamily.mLeaf, lId) && OwnEntry(lFamily.mLeaf, lId)->IsEmpty()) << lId;
+        }
         return lFailed;
     });
 }

@@ -209,6 +209,14 @@ TEST_F(KLyrPropertyPageFlagsTest, InheritShowsTheParentsFlagsAndDropsTheEntryWit
     EXPECT_EQ(Held(mLeaf), "0<-1 -v- 0\n") << "the value keeps its entry";
 }
 
+TEST_F(KLyrPropertyPageFlagsTest, InheritLeavesFlagsOfTheAncestorsAlone) {
+    mRoot->ModifyFlags(0, Flag::eUSER, true, false);
+    mMiddle->ModifyFlags(0, Flag::eHIDDEN, true, false);
+    const std::string lAbove = Held(mRoot) + Held(mMiddle);
+    EXPECT_TRUE(mLeaf->SetFlagsInheritType(eLyrInherit, Flag::AllFlags(), 0));
+    EXPECT_EQ(Held(mRoot) + Held(mMiddle), lAbove);
+}
+
 TEST_F(KLyrPropertyPageFlagsTest, InheritWithoutAParentTakesTheMarkAndKeepsTheFlag) {
     mRoot->ModifyFlags(0, Flag::eUSER, true, false);
     EXPECT_TRUE(mRoot->SetFlagsInheritType(eLyrInherit, Flag::eUSER, 0));
@@ -281,6 +289,8 @@ constexpr ModifyCase kModifyCases[] = {
     {0x8000, 0x8000, 0, 0x8000, true, true, 0},
     {0, kA, 0, 0x20000, true, false, Masked(kA | kB, kA)},
     {0, kA, kB, 0x20000, false, false, Masked(kA, kA)},
+    {kA, 0, 0, 0x10000 | kA, true, true, 0},
+    {kA, 0, 0, 0x10000, false, true, 0},
 };
 
 TEST_F(KLyrPropertyPageFlagsTest, ModifyingFollowsTheTable) {

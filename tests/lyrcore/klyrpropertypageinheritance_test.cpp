@@ -316,6 +316,16 @@ TEST_F(KLyrPropertyPageInheritanceTest, PushKeepsFlagsThatWereCopiedUnmarked) {
     EXPECT_EQ(Held(mLeaf), "");
 }
 
+TEST_F(KLyrPropertyPageInheritanceTest, PushKeepsFlagsOfAnEntryThatMarksNone) {
+    mLeaf->ChangePropertyEntryState(kA, eLyrOverride);
+    mLeaf->SetFlagsInheritType(eLyrOverride, Flag::eNO_FLAG, kA);
+    mRoot->ModifyFlags(kA, Flag::eUSER, false, false);
+    EXPECT_EQ(mLeaf->GetFlags(kA), Flag::eUSER);
+    mLeaf->PushPropertiesToParentInstance();
+    EXPECT_EQ(mLeaf->GetFlags(kA), Flag::eUSER);
+    EXPECT_EQ(Held(mLeaf), "");
+}
+
 TEST_F(KLyrPropertyPageInheritanceTest, PushMakesPropertiesOfThePageSeenFromTheParent) {
     const OwnedPage lSide = MakeInstance(mMiddle);
     const int lOwn = mLeaf->Add(kA, "own", eDOUBLE1);

@@ -230,6 +230,12 @@ TEST_F(KLyrPropertyPageLookupTest, OpenBracketKnowsTheRootUnderNoProperty) {
     EXPECT_EQ(Fast(mInstance, -1, "root"), -1) << "the instance's entry of the root describes nothing itself";
 }
 
+TEST_F(KLyrPropertyPageLookupTest, PathThatLeadsNowhereDoesNotGoOnAtTheRoot) {
+    mPage->BeginCreateOrFindProperty();
+    EXPECT_EQ(Find(0, "nobody|root", "|"), -1);
+    EXPECT_EQ(Find(-1, "root|a|b", "|"), mB);
+}
+
 TEST_F(KLyrPropertyPageLookupTest, OpenBracketLearnsWhatIsAddedToItsPage) {
     const OwnedPage lType = MakeRoot("t", eDOUBLE1);
     Add(lType, Add(lType, 0, "x"), "y");

@@ -259,6 +259,22 @@ TEST_F(KLyrPropertyPageTypedTest, TypePagesThatContainEachOtherAreCutWhereTheyRe
     EXPECT_EQ(Tree(lPage, lQ), "xb=2(to a=0(xa=1 to b=0))");
 }
 
+TEST_F(KLyrPropertyPageTypedTest, RecursionIsFoundWhereverItBegins) {
+    const OwnedPage lA = MakeRoot("a", eDOUBLE1);
+    const OwnedPage lB = MakeRoot("b", eDOUBLE1);
+    const OwnedPage lOuter = MakeRoot("outer", eDOUBLE1);
+    ReportRecorder lReports;
+    lB->Add(AddNumber(lB, AddNumber(lB, 0, "x", 1), "y", 2), "to a", lA.get());
+    lA->Add(0, "to b", lB.get());
+    lA->Add(0, "to b too", lB.get());
+    lOuter->Add(AddNumber(lOuter, 0, "z", 3), "in", lA.get());
+    lReports.Clear();
+    const OwnedPage lPage = MakeTyped("p", lOuter);
+    const std::string lInB = "x=1(y=2(to a=0))";
+    EXPECT_EQ(Tree(lPage, 0), "z=3(in=0(to b=0(" + lInB + ") to b too=0(" + lInB + ")))");
+    EXPECT_EQ(TakeRecursionReports(lReports), 2);
+}
+
 TEST_F(KLyrPropertyPageTypedTest, UsingATypePageTwiceSideBySideIsNoRecursion) {
     const OwnedPage lInner = MakeRoot("inner", eDOUBLE1);
     AddNumber(lInner, 0, "x", 1);
@@ -426,7 +442,7 @@ TEST_F(KLyrPropertyPageTypedTest, LastIdsAreEnoughForATreeThatNeedsThemAll) {
 }
 
 TEST_F(KLyrPropertyPageTypedTest, CopiesADeepTreeOnASmallStack) {
-    constexpr int lDepth = 3000;
+    constexpr int lDepth = 100000;
     const OwnedPage lType = MakeRoot("t", eDOUBLE1);
     for (int lParent = 0; lParent < lDepth; ++lParent)
         lType->Add(lParent, "x", eDOUBLE1);

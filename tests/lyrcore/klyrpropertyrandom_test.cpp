@@ -67,8 +67,12 @@ public:
             for (int lId : lPage.mModel->Ids())
                 ExpectSameConnections(lPage, lId);
         }
-        if (!mPages.empty())
-            ExpectSameNames(AnyPage());
+        if (mPages.empty())
+            return;
+        const BothPages& lPage = AnyPage();
+        ExpectSameNames(lPage);
+        for (int lId : lPage.mModel->Ids())
+            ExpectSameAnswers(lPage, lId);
     }
 
     const std::string& Done() const { return mDone; }
@@ -304,6 +308,26 @@ private:
                   At(lPage, lPage.mModel->Find(lId, lName, lType.mModel.get())));
     }
 
+    // What the description of a page does not tell.
+    void ExpectSameAnswers(const BothPages& pPage, int pId) {
+        model::Page& lModel = *pPage.mModel;
+        const H lHandle = At(pPage, pId);
+        double lNumber = -1;
+        const model::Value* lDefault = lModel.DefaultValue(pId);
+        const bool lHas = lDefault && lDefault->mType != eUNIDENTIFIED;
+        EXPECT_EQ(lHandle.GetDefaultValue(&lNumber, eDOUBLE1), lHas);
+        EXPECT_EQ(lNumber, lHas ? lDefault->mNumber : -1);
+        EXPECT_EQ(lHandle.GetValueInheritType(true) == eLyrOverride, lModel.ValueOverridesAnother(pId));
+        const unsigned lFlags = AnyFlags();
+        EXPECT_EQ(lHandle.GetFlagsInheritType(static_cast<F::eLyrPropertyFlags>(lFlags), true) == eLyrOverride,
+                  lModel.FlagsOverrideOthers(pId, lFlags));
+        const int lParent = lModel.Seen(pId)->mParent;
+        EXPECT_EQ(lHandle.GetChild(), At(pPage, lModel.ChildBehind(pId, -1)));
+        EXPECT_EQ(lHandle.GetSibling(), At(pPage, lParent == -1 ? -1 : lModel.ChildBehind(lParent, pId)));
+        const int lOther = AnyId(pPage);
+        EXPECT_EQ(lHandle.IsChildOf(At(pPage, lOther)), lParent == lOther);
+        EXPECT_EQ(lHandle.IsDescendentOf(At(pPage, lOther)), lModel.IsBelow(pId, lOther));
+    }
     // Every property is looked for under its own parent.
     void ExpectSameNames(const BothPages& pPage) {
         for (int lId : pPage.mModel->Ids()) {

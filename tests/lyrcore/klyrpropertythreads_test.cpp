@@ -8,6 +8,7 @@
 
 #include "lyrfilesdk/components/kbaselib/klib/kassert.h"
 #include "lyrfilesdk/lyrcore/klyrpropertyhandle.h"
+#include "tests/support/connection_filters.h"
 #include "tests/support/handle_pages.h"
 #include "tests/support/report_recorder.h"
 
@@ -50,13 +51,6 @@ void OnAllThreads(const std::function<void(int)>& pWork) {
         lThread.join();
 }
 
-class DataConnections : public KLyrConnectionPointFilter {
-public:
-    bool Selects(const KLyrConnectionPoint*, kLyrConnectionType pType) const override {
-        return (pType & eLyrConnectionData) != 0;
-    }
-};
-
 // --- everything at once ----------------------------------------------------------------------------------------------
 
 std::string Name(const char* pStem, int pNumber) {
@@ -98,14 +92,14 @@ void ConnectEverything(const H& pPage, const H& pOther) {
 
 // One round of work on a family of its own; what is seen of it at several points.
 std::string WorkOnAFamily(int pRound) {
-    DataConnections lFilter;
-    OwnedPage lInner(H::Create("inner type", eSTRING));
+    TypeFilter lFilter(eLyrConnectionData);
+    OwnedRoot lInner(H::Create("inner type", eSTRING));
     AddChild(*lInner, "deep", eDISTANCE);
-    OwnedPage lType(H::Create("type", eDOUBLE3));
+    OwnedRoot lType(H::Create("type", eDOUBLE3));
     lType->Add("inner", *lInner);
-    OwnedPage lTop(H::Create("root", *lType));
-    OwnedPage lMiddle(H::Create(*lTop));
-    OwnedPage lBottom(H::Create(*lMiddle));
+    OwnedRoot lTop(H::Create("root", *lType));
+    OwnedRoot lMiddle(H::Create(*lTop));
+    OwnedRoot lBottom(H::Create(*lMiddle));
     CreateOrFind(*lTop, *lType, pRound);
     CreateOrFind(*lBottom, *lInner, pRound + 5);
     SetEverything(*lTop, pRound);
@@ -150,7 +144,7 @@ TEST_F(PropertyThreads, WorkOnFamiliesOfTheirOwnOutOfStep) {
 TEST_F(PropertyThreads, MakeAndDropTheSameNamesInsideAndOutsideOfBrackets) {
     OnAllThreads([](int pThread) {
         for (int lRound = 0; lRound < 20 * kRounds; ++lRound) {
-            OwnedPage lPage(H::Create("the only page of this name", eUNIDENTIFIED));
+            OwnedRoot lPage(H::Create("the only page of this name", eUNIDENTIFIED));
             if ((lRound + pThread) % 2 == 0)
                 lPage->BeginCreateOrFindProperty();
             H lFirst = lPage->Add("a name", H());
@@ -168,7 +162,7 @@ TEST_F(PropertyThreads, MakeAndDropTheSameNamesInsideAndOutsideOfBrackets) {
 
 // A bracket that one thread holds open keeps texts for all; closing it must not take those that are in use.
 TEST_F(PropertyThreads, KeepTheirNamesWhenABracketElsewhereCloses) {
-    OwnedPage lBracketed(H::Create("bracketed", eUNIDENTIFIED));
+    OwnedRoot lBracketed(H::Create("bracketed", eUNIDENTIFIED));
     lBracketed->Add("kept open", H());
     OnAllThreads([&](int pThread) {
         for (int lRound = 0; lRound < 20 * kRounds; ++lRound) {
@@ -177,7 +171,7 @@ TEST_F(PropertyThreads, KeepTheirNamesWhenABracketElsewhereCloses) {
                 lBracketed->EndCreateOrFindProperty();
                 continue;
             }
-            OwnedPage lPage(H::Create("root", eUNIDENTIFIED));
+            OwnedRoot lPage(H::Create("root", eUNIDENTIFIED));
             lPage->Add("twice", H()).Destroy();
             const H lAgain = lPage->Add("twice", H());
             EXPECT_STREQ(lAgain.GetName(), "twice");
@@ -189,7 +183,7 @@ TEST_F(PropertyThreads, KeepTheirNamesWhenABracketElsewhereCloses) {
 // --- reports ---------------------------------------------------------------------------------------------------------
 
 void MisuseInManyWays() {
-    OwnedPage lPage(H::Create("root", eTIME));
+    OwnedRoot lPage(H::Create("root", eTIME));
     lPage->Add("self", *lPage);
     double lValue = 0;
     lPage->Set(&lValue, eREFERENCE, false);

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "lyrfilesdk/lyrcore/klyrpropertyhandle.h"
+#include "tests/support/failing_memory.h"
 #include "tests/support/memory_probe.h"
 
 namespace lyrsdk {
@@ -19,15 +20,15 @@ private:
 };
 
 // The root of a page, which is destroyed at the end.
-class OwnedPage {
+class OwnedRoot {
 public:
-    explicit OwnedPage(const KLyrPropertyHandle& pRoot) : mRoot(pRoot) {}
-    ~OwnedPage() {
+    explicit OwnedRoot(const KLyrPropertyHandle& pRoot) : mRoot(pRoot) {}
+    ~OwnedRoot() {
         if (mRoot.Valid())
             mRoot.Destroy();
     }
-    OwnedPage(const OwnedPage&) = delete;
-    OwnedPage& operator=(const OwnedPage&) = delete;
+    OwnedRoot(const OwnedRoot&) = delete;
+    OwnedRoot& operator=(const OwnedRoot&) = delete;
 
     operator const KLyrPropertyHandle&() const { return mRoot; }
     KLyrPropertyHandle& operator*() { return mRoot; }
@@ -142,38 +143,31 @@ inline std::string DescribePage(const KLyrPropertyHandle& pRoot, bool pStates = 
     return lText;
 }
 
-// Runs a scenario with the first, second, ... request for memory refused, once and from there on, until the operation
-// needs no more. A scenario is a class with
+// Runs a scenario with each of its requests for memory refused in turn. A scenario is a class with
 //     bool Operate()            the operation under test; its success
 //     std::string Stored()      what must be unchanged when it failed
 //     void ExpectDone()         checks that it succeeded
 // Whatever was refused, the operation succeeds when it is tried again with memory.
 template <typename Scenario>
 void ExpectEveryRefusalSurvived() {
-    for (bool lForever : {false, true}) {
-        bool lRefused = true;
-        for (std::size_t k = 0; lRefused; ++k) {
-            SCOPED_TRACE("request " + std::to_string(k) + (lForever ? " and all behind it refused" : " refused"));
-            ASSERT_LT(k, 5000u) << "the operation never stops asking";
-            const LeakCheck lLeakCheck;
-            Scenario lScenario;
-            const std::string lBefore = lScenario.Stored();
-            bool lDone;
-            {
-                const FailAllocations lFail(k, lForever);
-                lDone = lScenario.Operate();
-                lRefused = lFail.Failed() != 0;
-            }
-            EXPECT_TRUE(lDone || lRefused) << "failed although every request was answered";
-            if (!lDone) {
-                EXPECT_EQ(lScenario.Stored(), lBefore);
-                EXPECT_TRUE(lScenario.Operate()) << "with memory again";
-            }
-            lScenario.ExpectDone();
-            if (testing::Test::HasFailure())
-                return;
+    WithEveryAllocationFailing([](const FailurePoint& pPoint) -> std::size_t {
+        Scenario lScenario;
+        const std::string lBefore = lScenario.Stored();
+        bool lDone;
+        std::size_t lFailed;
+        {
+            const FailAllocations lFail(pPoint.mFirst, pPoint.mForever);
+            lDone = lScenario.Operate();
+            lFailed = lFail.Failed();
         }
-    }
+        EXPECT_TRUE(lDone || lFailed != 0) << "failed although every request was answered";
+        if (!lDone) {
+            EXPECT_EQ(lScenario.Stored(), lBefore);
+            EXPECT_TRUE(lScenario.Operate()) << "with memory again";
+        }
+        lScenario.ExpectDone();
+        return testing::Test::HasFailure() ? 0 : lFailed;
+    });
 }
 
 }  // namespace lyrsdk

@@ -115,6 +115,23 @@ public:
         return lChildren;
     }
 
+    // The first child of pParent behind pAfter, or -1.
+    int ChildBehind(int pParent, int pAfter) {
+        for (int lId : Children(pParent))
+            if (lId > pAfter)
+                return lId;
+        return -1;
+    }
+    bool IsBelow(int pId, int pAncestor) {
+        std::set<int> lMet;
+        while (pAncestor > 0 && Seen(pId) && lMet.insert(pId).second) {
+            pId = Seen(pId)->mParent;
+            if (pId == pAncestor)
+                return true;
+        }
+        return pAncestor <= 0;
+    }
+
     // --- adding
     int Add(int pParent, const std::string& pName, ELyrType pType) {
         return Put(pParent, Info{pName, pType, nullptr, "", 0}, Value{pType, 0}, std::nullopt);
@@ -185,9 +202,31 @@ public:
         return (ItemHolder<Value>(pId) != this) == pInherit;
     }
 
+    bool ValueOverridesAnother(int pId) {
+        Page* lHolder = ItemHolder<Value>(pId);
+        return lHolder == this || (lHolder && lHolder->mInstanceOf && lHolder->mInstanceOf->Item<Value>(pId));
+    }
+    // The value of the page farthest up the chain.
+    const Value* DefaultValue(int pId) {
+        const Value* lAbove = mInstanceOf ? mInstanceOf->DefaultValue(pId) : nullptr;
+        return lAbove || !Own(pId) || !Own(pId)->mValue ? lAbove : &*Own(pId)->mValue;
+    }
+
     unsigned Flags(int pId) {
         const unsigned lAbove = mInstanceOf ? mInstanceOf->Flags(pId) : 0;
         return Own(pId) ? (lAbove & ~Own(pId)->mMask) | Own(pId)->mFlags : lAbove;
+    }
+    // Walked page by page from the nearest entry; each page shows the nearest flags from it upward.
+    bool FlagsOverrideOthers(int pId, unsigned pFlags) {
+        bool lSeen = false;
+        for (Page* lPage = Holder(pId); lPage && lPage->Seen(pId); lPage = lPage->mInstanceOf) {
+            if ((lPage->Seen(pId)->mMask & pFlags) == 0)
+                continue;
+            if (lPage == this || lSeen)
+                return true;
+            lSeen = true;
+        }
+        return false;
     }
     bool ModifyFlags(int pId, unsigned pFlags, bool pOn) {
         if (!Seen(pId))

@@ -29,7 +29,7 @@ bool IsAligned(const void* pMemory) {
 
 TEST(LyrSdkMalloc, GivesAlignedMemoryOfAnySizeAndTakesItBack) {
     const LeakCheck lCheck;
-    for (std::size_t lSize : {0, 1, 7, 4096}) {
+    for (const std::size_t lSize : {std::size_t{0}, std::size_t{1}, std::size_t{7}, std::size_t{4096}}) {
         void* lMemory = LyrSdkMalloc(lSize);
         ASSERT_NE(lMemory, nullptr);
         EXPECT_TRUE(IsAligned(lMemory));
