@@ -1,0 +1,246 @@
+#include "tools/lyrinspect/builder.h"
+
+#include <algorithm>
+#include <unordered_map>
+
+#include "tools/lyrinspect/nodetree.h"
+#include "tools/lyrinspect/text.h"
+
+namespace lyrsdk::inspect {
+
+namespace {
+
+constexpr kLyrConnectionType kContains = eLyrConnectionContains;
+constexpr kLyrConnectionType kReference = eLyrConnectionReference;
+constexpr kLyrConnectionType kData = eLyrConnectionData;
+
+// The arrays of the document that become objects of their own, and those that only hold data for them.
+constexpr const char* kSections[] = {"scenes",  "nodes",       "meshes",   "materials", "textures",
+                                     "images",  "samplers",    "cameras",  "skins",     "animations",
+                                     "buffers", "bufferViews", "accessors"};
+
+}  // namespace
+
+Builder::Builder(const BuildInput& pInput, Scene& pScene, Warnings& pWarnings, Progress& pProgress)
+    : mInput(pInput),
+      mScene(pScene),
+      mWarnings(pWarnings),
+      mProgress(pProgress),
+      mReader(pScene, pWarnings, pInput.separator) {}
+
+void Builder::Build() {
+    AddDocument();
+    AddObjects();
+    ConnectReferences();
+    for (const SceneObject* lChannel : mScene.Objects(ObjectKind::eChannel))
+        ConnectAnimated(*lChannel);
+    CheckNames();
+    mReader.ReportNames();
+}
+
+void Builder::AddDocument() {
+    for (const char* lSection : kSections)
+        ArrayOf(mInput.document, lSection, std::string(), mWarnings);
+    AddOne(ObjectKind::eDocument, mInput.document, 0, {std::begin(kSections), std::end(kSections)});
+}
+
+void Builder::AddObjects() {
+    const auto lList = [this](const char* pName) -> const Json& { return ArrayOf(mInput.document, pName); };
+    const Json& lNodes = lList("nodes");
+    mProgress.Begin("building", lNodes.size() + lList("meshes").size() + lList("materials").size());
+    AddList(ObjectKind::eScene, lList("scenes"), {});
+    AddList(ObjectKind::eNode, lNodes, {});
+    AddList(ObjectKind::eMesh, lList("meshes"), {"primitives"});
+    AddList(ObjectKind::eMaterial, lList("materials"), {});
+    AddList(ObjectKind::eTexture, lList("textures"), {});
+    AddList(ObjectKind::eImage, lList("images"), {});
+    AddList(ObjectKind::eSampler, lList("samplers"), {});
+    AddList(ObjectKind::eCamera, lList("cameras"), {});
+    AddList(ObjectKind::eLight, Lights(), {});
+    AddList(ObjectKind::eSkin, lList("skins"), {"inverseBindMatrices"});
+    AddList(ObjectKind::eAnimation, lList("animations"), {"channels", "samplers"});
+}
+
+const Json& Builder::Lights() const {
+    static const Json sNone = Json::array();
+    const Json* lExtensions = MemberOf(mInput.document, "extensions");
+    const Json* lLights = lExtensions ? MemberOf(*lExtensions, "KHR_lights_punctual") : nullptr;
+    return lLights ? ArrayOf(*lLights, "lights", "KHR_lights_punctual", mWarnings) : sNone;
+}
+
+void Builder::AddList(ObjectKind pKind, const Json& pObjects, const std::vector<const char*>& pSkipped) {
+    for (std::size_t i = 0; i < pObjects.size(); ++i) {
+        AddOne(pKind, pObjects[i], static_cast<int>(i), pSkipped);
+        mProgress.Step();
+    }
+}
+
+void Builder::AddOne(ObjectKind pKind, const Json& pJson, int pIndex, const std::vector<const char*>& pSkipped) {
+    SceneObject* lObject = mScene.AddObject(pKind, pIndex);
+    if (!lObject)
+        return;
+    mReader.Read(*lObject, pJson, pSkipped);
+    switch (pKind) {
+        case ObjectKind::eMesh:
+            AddPrimitives(*lObject, pJson);
+            break;
+        case ObjectKind::eAnimation:
+            AddChannels(*lObject, pJson);
+            break;
+        case ObjectKind::eCamera:
+            CompleteCamera(*lObject);
+            break;
+        case ObjectKind::eLight:
+            CompleteLight(*lObject);
+            break;
+        case ObjectKind::eImage:
+            CompleteImage(*lObject, pJson);
+            break;
+        case ObjectKind::eSkin:
+            CompleteSkin(*lObject, pJson);
+            break;
+        default:
+            break;
+    }
+}
+
+void Builder::AddPrimitives(SceneObject& pMesh, const Json& pJson) {
+    const Json& lPrimitives = ArrayOf(pJson, "primitives", AddressOf(pMesh), mWarnings);
+    for (std::size_t i = 0; i < lPrimitives.size(); ++i) {
+        SceneObject* lPrimitive = mScene.AddObject(ObjectKind::ePrimitive, static_cast<int>(i), &pMesh);
+        if (!lPrimitive)
+            return;
+        mReader.Read(*lPrimitive, lPrimitives[i], {});
+        CompletePrimitive(*lPrimitive);
+        ConnectContained(pMesh, "primitives", *lPrimitive, "mesh");
+    }
+}
+
+void Builder::AddChannels(SceneObject& pAnimation, const Json& pJson) {
+    const Json& lChannels = ArrayOf(pJson, "channels", AddressOf(pAnimation), mWarnings);
+    const Json& lSamplers = ArrayOf(pJson, "samplers", AddressOf(pAnimation), mWarnings);
+    const std::vector<SceneObject*>& lObjects = mScene.Objects(ObjectKind::eChannel);
+    const std::size_t lFirst = lObjects.size();
+    for (std::size_t i = 0; i < lChannels.size(); ++i)
+        AddChannel(pAnimation, lChannels[i], static_cast<int>(i), lSamplers);
+    double lStart = 0;
+    double lEnd = 0;
+    bool lTimed = false;
+    for (std::size_t i = lFirst; i < lObjects.size(); ++i) {
+        double lFrom = 0;
+        double lTo = -1;
+        CompleteChannel(*lObjects[i], lFrom, lTo);
+        if (lTo < lFrom)
+            continue;
+        lStart = lTimed ? std::min(lStart, lFrom) : lFrom;
+        lEnd = lTimed ? std::max(lEnd, lTo) : lTo;
+        lTimed = true;
+    }
+    if (lTimed)
+        CompleteAnimation(pAnimation, lStart, lEnd);
+}
+
+void Builder::AddChannel(SceneObject& pAnimation, const Json& pJson, int pIndex, const Json& pSamplers) {
+    SceneObject* lChannel = mScene.AddObject(ObjectKind::eChannel, pIndex, &pAnimation);
+    if (!lChannel)
+        return;
+    mReader.Read(*lChannel, pJson, {"sampler"});
+    ConnectContained(pAnimation, "channels", *lChannel, "animation");
+    const Json* lSampler = MemberOf(pJson, "sampler");
+    int lIndex = -1;
+    if (!lSampler)
+        mWarnings.Add(AddressOf(*lChannel) + " has no sampler");
+    else if (!ToInt(*lSampler, lIndex) || lIndex < 0 || static_cast<std::size_t>(lIndex) >= pSamplers.size())
+        mWarnings.Add(AddressOf(*lChannel) + " sampler: " + AddressOf(pAnimation) + " has no sampler " +
+                      Described(*lSampler));
+    else
+        mReader.ReadInto(*lChannel, lChannel->root.Find("sampler", true), pSamplers[static_cast<std::size_t>(lIndex)]);
+}
+
+void Builder::ConnectReferences() {
+    mProgress.Begin("connecting", mReader.References().size());
+    std::vector<Reference> lChildren;
+    for (const Reference& lReference : mReader.References()) {
+        mProgress.Step();
+        const SceneObject* lTarget = mScene.ObjectAt(lReference.target, lReference.index);
+        KLyrPropertyHandle lProperty = lReference.property;
+        if (!lTarget) {
+            mWarnings.Add(AddressOf(*lReference.object) + ' ' + PathOf(lProperty, mInput.separator) + ": there is no " +
+                          KindName(lReference.target) + ':' + std::to_string(lReference.index));
+            continue;
+        }
+        const bool lFromScene = lReference.object->kind == ObjectKind::eScene;
+        const bool lToNode = lReference.target == ObjectKind::eNode;
+        if (lFromScene && lToNode)
+            lProperty.ConnectDst(lTarget->root.Find("parent", true), kContains);
+        else if (lToNode && lProperty.Is(lReference.object->root.Find("children", true)))
+            lChildren.push_back(lReference);
+        else
+            lProperty.ConnectSrc(lTarget->root, kReference);
+    }
+    ConnectNodes(lChildren);
+}
+
+void Builder::ConnectNodes(const std::vector<Reference>& pChildren) {
+    std::vector<NodeEdge> lEdges;
+    for (const Reference& lReference : pChildren)
+        lEdges.push_back({lReference.object->index, lReference.index});
+    const std::size_t lCount = mScene.Objects(ObjectKind::eNode).size();
+    const auto lTitle = [this](int pIndex) { return TitleOf(*mScene.ObjectAt(ObjectKind::eNode, pIndex)); };
+    const std::vector<int> lParents = BuildNodeTree(lCount, lEdges, lTitle, mWarnings);
+    for (const Reference& lReference : pChildren) {
+        const SceneObject* lChild = mScene.ObjectAt(ObjectKind::eNode, lReference.index);
+        KLyrPropertyHandle lChildren = lReference.property;
+        if (lParents[static_cast<std::size_t>(lReference.index)] == lReference.object->index)
+            lChildren.ConnectDst(lChild->root.Find("parent", true), kContains);
+    }
+}
+
+void Builder::ConnectContained(const SceneObject& pOwner, const char* pList, const SceneObject& pPart,
+                               const char* pBack) {
+    KLyrPropertyHandle lList = pOwner.root.Find(pList, true);
+    lList.ConnectDst(pPart.root.Find(pBack, true), kContains);
+}
+
+void Builder::ConnectAnimated(const SceneObject& pChannel) {
+    const KLyrPropertyHandle lNode = pChannel.root.Find("target/node", "/", true).GetSrc(nullptr, 0);
+    KLyrPropertyHandle lPath = pChannel.root.Find("target/path", "/", true);
+    int lChoice = 0;
+    // Without a node an extension may say what is animated; without a path nothing does.
+    if (!lNode.Valid() || lPath.GetValueInheritType(false) != eLyrOverride || !lPath.Get(&lChoice, eENUM))
+        return;
+    const std::string lName = lPath.GetEnumValue(lChoice);
+    const KLyrPropertyHandle lAnimated =
+        lNode.Find((lName == "weights" ? lName : "transform/" + lName).c_str(), "/", true);
+    KLyrPropertyHandle lValue = pChannel.root.Find("value", true);
+    lValue.ConnectDst(lAnimated, kData);
+}
+
+// Names need not be unique, but --object takes them.
+void Builder::CheckNames() {
+    for (std::size_t i = 0; i < kKindCount; ++i) {
+        const ObjectKind lKind = static_cast<ObjectKind>(i);
+        std::unordered_map<std::string, std::size_t> lCounts;
+        std::size_t lEmpty = 0;
+        std::size_t lRepeated = 0;
+        const SceneObject* lFirst = nullptr;
+        for (const SceneObject* lObject : mScene.Objects(lKind)) {
+            const KLyrPropertyHandle lName = lObject->root.Find("name", true);
+            if (lName.GetType() != eSTRING || lName.GetValueInheritType(false) != eLyrOverride)
+                continue;
+            if (lObject->name.empty()) {
+                ++lEmpty;
+            } else if (lCounts[lObject->name]++ > 0) {
+                ++lRepeated;
+                lFirst = lFirst ? lFirst : lObject;
+            }
+        }
+        if (lEmpty > 0)
+            mWarnings.Add(Counted(lEmpty, KindName(lKind), KindPlural(lKind)) + " with an empty name");
+        if (lRepeated > 0)
+            mWarnings.Add(Counted(lRepeated, KindName(lKind), KindPlural(lKind)) +
+                          " with a name that an earlier one has, the first " + TitleOf(*lFirst));
+    }
+}
+
+}  // namespace lyrsdk::inspect

@@ -1,0 +1,263 @@
+#include "tools/lyrinspect/objectreader.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "tools/lyrinspect/text.h"
+#include "tools/lyrinspect/values.h"
+
+namespace lyrsdk::inspect {
+
+namespace {
+
+constexpr char kLights[] = "KHR_lights_punctual";
+constexpr char kTextureTransform[] = "KHR_texture_transform";
+
+const char* PlainTypeOf(const Json& pValue, bool pNumbersAreDouble) {
+    int lInt = 0;
+    switch (pValue.type()) {
+        case Json::value_t::object:
+        case Json::value_t::array:
+            return "group";
+        case Json::value_t::string:
+            return "string";
+        case Json::value_t::boolean:
+            return "bool";
+        case Json::value_t::number_integer:
+        case Json::value_t::number_unsigned:
+            return !pNumbersAreDouble && ToInt(pValue, lInt) ? "int" : "double";
+        case Json::value_t::number_float:
+            return "double";
+        default:
+            return "null";
+    }
+}
+
+bool IsNodeTransform(const std::string& pName) {
+    return pName == "translation" || pName == "rotation" || pName == "scale" || pName == "matrix";
+}
+
+}  // namespace
+
+void ObjectReader::Read(SceneObject& pObject, const Json& pJson, const std::vector<const char*>& pSkipped) {
+    mObject = &pObject;
+    if (!pJson.is_object()) {
+        mWarnings.Add(AddressOf(pObject) + " is " + Described(pJson) + ", not an object");
+        return;
+    }
+    ReadName(pJson);
+    pObject.root.BeginCreateOrFindProperty();
+    ReadMembers(pObject.root, pJson, pSkipped);
+    pObject.root.EndCreateOrFindProperty();
+}
+
+void ObjectReader::ReadInto(SceneObject& pObject, const KLyrPropertyHandle& pProperty, const Json& pJson) {
+    mObject = &pObject;
+    if (!pJson.is_object()) {
+        Warn(pProperty, "is " + Described(pJson) + ", not an object");
+        return;
+    }
+    pObject.root.BeginCreateOrFindProperty();
+    ReadMembers(pProperty, pJson, {});
+    pObject.root.EndCreateOrFindProperty();
+}
+
+void ObjectReader::ReportNames() {
+    if (mSeparatorNames > 0)
+        mWarnings.Add(Counted(mSeparatorNames, "property name") + " with '" + mSeparator + "' inside, the first one " +
+                      mFirstSeparatorName + "; --find needs another --separator for them");
+    if (mEmptyNames > 0)
+        mWarnings.Add(Counted(mEmptyNames, "empty property name"));
+    if (mZeroTexts > 0)
+        mWarnings.Add(Counted(mZeroTexts, "text") + " with a zero character, which is shown as U+FFFD");
+}
+
+// Everything that reads the name again reads it from the property; the record's copy is for messages and headings.
+void ObjectReader::ReadName(const Json& pJson) {
+    const Json* lName = MemberOf(pJson, "name");
+    if (lName && lName->is_string() && mScene.FactsOf(*mObject, mObject->root.Find("name", true)).row)
+        mObject->name = lName->get_ref<const std::string&>();
+}
+
+void ObjectReader::ReadMembers(const KLyrPropertyHandle& pParent, const Json& pJson,
+                               const std::vector<const char*>& pSkipped) {
+    for (const auto& lMember : pJson.items()) {
+        const bool lSkipped = std::any_of(pSkipped.begin(), pSkipped.end(),
+                                          [&lMember](const char* pName) { return lMember.key() == pName; });
+        if (!lSkipped)
+            ReadMember(pParent, lMember.key(), lMember.value());
+    }
+}
+
+void ObjectReader::ReadMember(const KLyrPropertyHandle& pParent, const std::string& pName, const Json& pValue) {
+    if (pName == "extensions" && pValue.is_object()) {
+        ReadExtensions(pParent, pValue);
+        return;
+    }
+    const KLyrPropertyHandle lKnown = FindKnown(pParent, pName);
+    if (lKnown.Valid())
+        ReadKnown(lKnown, mScene.FactsOf(*mObject, lKnown), pValue);
+    else
+        AddValue(pParent, pName, pValue, LyrPropertyFlags::eUSER, false);
+}
+
+KLyrPropertyHandle ObjectReader::FindKnown(const KLyrPropertyHandle& pParent, const std::string& pName) const {
+    // A zero character would end the name early and find another property.
+    if (pName.find('\0') != std::string::npos)
+        return KLyrPropertyHandle();
+    const bool lTransform = mObject->kind == ObjectKind::eNode && pParent.Is(mObject->root) && IsNodeTransform(pName);
+    const KLyrPropertyHandle lFound =
+        lTransform ? pParent.Find(("transform/" + pName).c_str(), "/", true) : pParent.Find(pName.c_str(), true);
+    const PropertyRow* lRow = lFound.Valid() ? mScene.FactsOf(*mObject, lFound).row : nullptr;
+    return lRow && !lRow->derived ? lFound : KLyrPropertyHandle();
+}
+
+void ObjectReader::ReadKnown(const KLyrPropertyHandle& pProperty, const PropertyFacts& pFacts, const Json& pValue) {
+    const ELyrType lType = pProperty.GetType();
+    if (lType == eREFERENCE) {
+        ReadReference(pProperty, pFacts, pValue);
+        return;
+    }
+    if (lType == eUNIDENTIFIED) {
+        ReadGroup(pProperty, pFacts, pValue);
+        return;
+    }
+    std::string lExpected;
+    if (!SetFromJson(pProperty, pFacts, pValue, lExpected)) {
+        Warn(pProperty, "is " + Described(pValue) + ", not " + lExpected + "; the default stays");
+        return;
+    }
+    if (pValue.is_string() && pValue.get_ref<const std::string&>().find('\0') != std::string::npos)
+        SetString(pProperty, Text(pValue.get_ref<const std::string&>()));
+    const std::string lBreach = LimitBreach(pProperty);
+    if (!lBreach.empty())
+        Warn(pProperty, lBreach);
+}
+
+void ObjectReader::ReadGroup(const KLyrPropertyHandle& pProperty, const PropertyFacts& pFacts, const Json& pValue) {
+    const bool lOpen = pFacts.row->choices[0] == '*';
+    if (lOpen && pValue.is_structured())
+        AddMembers(pProperty, pValue, pFacts.row->flags & LyrPropertyFlags::eANIMATABLE,
+                   std::strcmp(pFacts.row->choices, "*double") == 0);
+    else if (pValue.is_object())
+        ReadMembers(pProperty, pValue, {});
+    else
+        Warn(pProperty,
+             "is " + Described(pValue) + (lOpen ? ", not an array or object" : ", not an object") + "; it is left out");
+}
+
+void ObjectReader::ReadReference(const KLyrPropertyHandle& pProperty, const PropertyFacts& pFacts, const Json& pValue) {
+    std::string lKind = pFacts.row->choices;
+    const bool lMany = !lKind.empty() && lKind.back() == '*';
+    if (lMany)
+        lKind.pop_back();
+    const ObjectKind lTarget = KindOfName(lKind.c_str());
+    int lIndex = -1;
+    if (!lMany && ToInt(pValue, lIndex)) {
+        mReferences.push_back({mObject, pProperty, lTarget, lIndex});
+        return;
+    }
+    if (!lMany || !pValue.is_array()) {
+        Warn(pProperty, "is " + Described(pValue) + (lMany ? ", not an array of indices" : ", not an index"));
+        return;
+    }
+    for (const Json& lElement : pValue) {
+        if (ToInt(lElement, lIndex))
+            mReferences.push_back({mObject, pProperty, lTarget, lIndex});
+        else
+            Warn(pProperty, "lists " + Described(lElement) + ", which is not an index");
+    }
+}
+
+void ObjectReader::ReadExtensions(const KLyrPropertyHandle& pParent, const Json& pValue) {
+    KLyrPropertyHandle lGroup;
+    for (const auto& lExtension : pValue.items()) {
+        if (ReadKnownExtension(pParent, lExtension.key(), lExtension.value()))
+            continue;
+        if (!lGroup.Valid())
+            lGroup = mScene.AddProperty(*mObject, pParent, "extensions", "group",
+                                        LyrPropertyFlags::eUSER | LyrPropertyFlags::eUI_GROUP);
+        AddValue(lGroup, lExtension.key(), lExtension.value(), LyrPropertyFlags::eUSER, false);
+    }
+}
+
+// False when the extension, or a part of it, is unknown and has to be shown as it stands.
+bool ObjectReader::ReadKnownExtension(const KLyrPropertyHandle& pParent, const std::string& pName, const Json& pValue) {
+    if (!pValue.is_object())
+        return false;
+    if (pName == kLights && pParent.Is(mObject->root) && mObject->kind == ObjectKind::eDocument)
+        return pValue.size() == 1 && pValue.contains("lights");
+    if (pName == kLights && pParent.Is(mObject->root) && mObject->kind == ObjectKind::eNode) {
+        const Json* lLight = MemberOf(pValue, "light");
+        const KLyrPropertyHandle lProperty = pParent.Find("light", true);
+        if (lLight)
+            ReadKnown(lProperty, mScene.FactsOf(*mObject, lProperty), *lLight);
+        return lLight && pValue.size() == 1;
+    }
+    const KLyrPropertyHandle lTransform = pParent.Find("transform", true);
+    const PropertyRow* lRow = lTransform.Valid() ? mScene.FactsOf(*mObject, lTransform).row : nullptr;
+    if (pName != kTextureTransform || !lRow || std::strcmp(lRow->type, "TextureTransform") != 0)
+        return false;
+    ReadMembers(lTransform, pValue, {});
+    return true;
+}
+
+void ObjectReader::AddValue(const KLyrPropertyHandle& pParent, const std::string& pName, const Json& pValue,
+                            LyrPropertyFlags::eLyrPropertyFlags pFlags, bool pNumbersAreDouble) {
+    const std::string lName = Text(pName);
+    if (lName.empty())
+        ++mEmptyNames;
+    if (lName.find(mSeparator) != std::string::npos && mSeparatorNames++ == 0)
+        mFirstSeparatorName = Shortened(Quoted(lName), 60) + " in " + AddressOf(*mObject);
+    LyrPropertyFlags::eLyrPropertyFlags lFlags = pFlags;
+    if (pValue.is_structured())
+        lFlags = lFlags | LyrPropertyFlags::eUI_GROUP;
+    const char* lType = PlainTypeOf(pValue, pNumbersAreDouble);
+    const KLyrPropertyHandle lProperty = mScene.AddProperty(*mObject, pParent, lName, lType, lFlags);
+    if (!lProperty.Valid())
+        return;
+    int lInt = 0;
+    if (pValue.is_structured())
+        AddMembers(lProperty, pValue, pFlags, pNumbersAreDouble);
+    else if (pValue.is_string())
+        SetString(lProperty, Text(pValue.get_ref<const std::string&>()));
+    else if (pValue.is_boolean())
+        SetBool(lProperty, pValue.get<bool>());
+    else if (lProperty.GetType() == eINTEGER1 && ToInt(pValue, lInt))
+        SetInt(lProperty, lInt);
+    else if (pValue.is_number())
+        SetDouble(lProperty, pValue.get<double>());
+}
+
+void ObjectReader::AddMembers(const KLyrPropertyHandle& pParent, const Json& pValue,
+                              LyrPropertyFlags::eLyrPropertyFlags pFlags, bool pNumbersAreDouble) {
+    if (pValue.is_array()) {
+        for (std::size_t i = 0; i < pValue.size(); ++i)
+            AddValue(pParent, std::to_string(i), pValue[i], pFlags, pNumbersAreDouble);
+        return;
+    }
+    for (const auto& lMember : pValue.items())
+        AddValue(pParent, lMember.key(), lMember.value(), pFlags, pNumbersAreDouble);
+}
+
+// Texts of the library end at the first zero byte.
+std::string ObjectReader::Text(const std::string& pText) {
+    if (pText.find('\0') == std::string::npos)
+        return pText;
+    ++mZeroTexts;
+    std::string lText;
+    for (const char lByte : pText) {
+        if (lByte == '\0')
+            lText += "\xEF\xBF\xBD";
+        else
+            lText += lByte;
+    }
+    return lText;
+}
+
+void ObjectReader::Warn(const KLyrPropertyHandle& pProperty, const std::string& pText) {
+    const std::string lPath = Escaped(PathOf(pProperty, mSeparator));
+    mWarnings.Add(AddressOf(*mObject) + (lPath.empty() ? "" : ' ' + lPath) + ' ' + pText);
+}
+
+}  // namespace lyrsdk::inspect

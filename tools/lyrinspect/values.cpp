@@ -1,0 +1,340 @@
+#include "tools/lyrinspect/values.h"
+
+#include <charconv>
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <vector>
+
+#include "lyrfilesdk/components/kbaselib/klib/kstring.h"
+#include "lyrfilesdk/components/kbaselib/klib/ktime.h"
+#include "tools/lyrinspect/text.h"
+
+namespace lyrsdk::inspect {
+
+namespace {
+
+constexpr int kMaxElements = 16;
+
+// Reads "1,2,3". False when a number is malformed or there are more than pLimit.
+bool ParseNumbers(const std::string& pText, std::size_t pLimit, std::vector<double>& pNumbers) {
+    pNumbers.clear();
+    std::size_t lStart = 0;
+    while (lStart <= pText.size()) {
+        const std::size_t lEnd = std::min(pText.find(',', lStart), pText.size());
+        double lNumber = 0;
+        const char* lLast = pText.data() + lEnd;
+        const auto lResult = std::from_chars(pText.data() + lStart, lLast, lNumber);
+        if (lResult.ec != std::errc() || lResult.ptr != lLast || pNumbers.size() == pLimit)
+            return false;
+        pNumbers.push_back(lNumber);
+        lStart = lEnd + 1;
+    }
+    return true;
+}
+
+int FindChoice(KLyrPropertyHandle pProperty, const char* pName) {
+    int i = pProperty.GetEnumCount() - 1;
+    while (i >= 0 && std::strcmp(pProperty.GetEnumValue(i), pName) != 0)
+        --i;
+    return i;
+}
+
+bool SetChoice(KLyrPropertyHandle pProperty, int pIndex) {
+    return pIndex >= 0 && pProperty.Set(&pIndex, eENUM, false);
+}
+
+// A scalar as all elements of a vector. The result is read as the type pType.
+lyrDouble4 Spread(double pValue) {
+    lyrDouble4 lVector;
+    for (int i = 0; i < 4; ++i)
+        lVector[i] = pValue;
+    return lVector;
+}
+
+enum class Bound { eMin, eSoftMin, eMax, eSoftMax };
+
+bool SetBound(KLyrPropertyHandle& pProperty, Bound pBound, const void* pValue, ELyrType pType) {
+    switch (pBound) {
+        case Bound::eMin:
+            return pProperty.SetMin(pValue, pType);
+        case Bound::eSoftMin:
+            return pProperty.SetSoftMin(pValue, pType);
+        case Bound::eMax:
+            return pProperty.SetMax(pValue, pType);
+        default:
+            return pProperty.SetSoftMax(pValue, pType);
+    }
+}
+
+bool GetBound(const KLyrPropertyHandle& pProperty, Bound pBound, void* pValue, ELyrType pType) {
+    switch (pBound) {
+        case Bound::eMin:
+            return pProperty.GetMin(pValue, pType);
+        case Bound::eSoftMin:
+            return pProperty.GetSoftMin(pValue, pType);
+        case Bound::eMax:
+            return pProperty.GetMax(pValue, pType);
+        default:
+            return pProperty.GetSoftMax(pValue, pType);
+    }
+}
+
+bool SetBoundNumber(KLyrPropertyHandle& pProperty, Bound pBound, double pValue) {
+    // A 4-vector takes no scalar and a distance takes nothing but a distance.
+    if (pProperty.GetType() == eDOUBLE4) {
+        const lyrDouble4 lVector = Spread(pValue);
+        return SetBound(pProperty, pBound, &lVector, eDOUBLE4);
+    }
+    if (pProperty.GetType() == eDISTANCE) {
+        const lyrDistance lDistance(static_cast<float>(pValue), KLyrSystemUnit::m);
+        return SetBound(pProperty, pBound, &lDistance, eDISTANCE);
+    }
+    return SetBound(pProperty, pBound, &pValue, eDOUBLE1);
+}
+
+bool SetRange(KLyrPropertyHandle& pProperty, const std::string& pText, Bound pLow, Bound pHigh) {
+    if (pText.empty())
+        return true;
+    const std::size_t lDots = pText.find("..");
+    if (lDots == std::string::npos)
+        return false;
+    std::vector<double> lNumber;
+    const std::string lLow = pText.substr(0, lDots);
+    if (!lLow.empty() && !(ParseNumbers(lLow, 1, lNumber) && SetBoundNumber(pProperty, pLow, lNumber[0])))
+        return false;
+    const std::string lHigh = pText.substr(lDots + 2);
+    return lHigh.empty() || (ParseNumbers(lHigh, 1, lNumber) && SetBoundNumber(pProperty, pHigh, lNumber[0]));
+}
+
+std::string BoundText(const KLyrPropertyHandle& pProperty, Bound pBound) {
+    KString lText;
+    return GetBound(pProperty, pBound, &lText, eSTRING) ? std::string(lText.Buffer()) : std::string();
+}
+
+std::string RangeText(const KLyrPropertyHandle& pProperty, Bound pLow, Bound pHigh) {
+    const std::string lLow = BoundText(pProperty, pLow);
+    const std::string lHigh = BoundText(pProperty, pHigh);
+    return lLow.empty() && lHigh.empty() ? std::string() : lLow + ".." + lHigh;
+}
+
+bool SetNumbersFromJson(KLyrPropertyHandle& pProperty, const Json& pJson, int pCount, std::string& pExpected) {
+    pExpected = pCount == 1 ? "a number" : "an array of " + std::to_string(pCount) + " numbers";
+    double lNumbers[kMaxElements] = {};
+    if (pCount == 1) {
+        if (!pJson.is_number())
+            return false;
+        lNumbers[0] = pJson.get<double>();
+        const bool lTooLarge = std::abs(lNumbers[0]) > static_cast<double>(std::numeric_limits<float>::max());
+        if (pProperty.GetType() == eDISTANCE && lTooLarge) {
+            pExpected = "a length that a float can hold";
+            return false;
+        }
+        return SetNumbers(pProperty, lNumbers);
+    }
+    if (!pJson.is_array() || pJson.size() != static_cast<std::size_t>(pCount))
+        return false;
+    for (int i = 0; i < pCount; ++i) {
+        const Json& lElement = pJson[static_cast<std::size_t>(i)];
+        if (!lElement.is_number())
+            return false;
+        // The file has the matrix column by column, the library row by row.
+        lNumbers[pCount == kMaxElements ? i % 4 * 4 + i / 4 : i] = lElement.get<double>();
+    }
+    return SetNumbers(pProperty, lNumbers);
+}
+
+bool SetChoiceFromJson(const KLyrPropertyHandle& pProperty, const PropertyFacts& pFacts, const Json& pJson,
+                       std::string& pExpected) {
+    pExpected = "one of " + std::string(pFacts.row ? pFacts.row->choices : "");
+    if (pFacts.codes.empty())
+        return pJson.is_string() &&
+               SetChoice(pProperty, FindChoice(pProperty, pJson.get_ref<const std::string&>().c_str()));
+    int lCode = 0;
+    if (!ToInt(pJson, lCode) || lCode < 0)
+        return false;
+    for (std::size_t i = 0; i < pFacts.codes.size(); ++i) {
+        if (pFacts.codes[i] == lCode)
+            return SetChoice(pProperty, static_cast<int>(i));
+    }
+    return false;
+}
+
+// A distance compares in inches, like any other number; both sides are distances.
+bool GetElements(const KLyrPropertyHandle& pProperty, const Bound* pBound, double (&pElements)[kMaxElements]) {
+    const ELyrType lType = ElementCount(pProperty.GetType()) > 1 ? pProperty.GetType() : eDOUBLE1;
+    return pBound ? GetBound(pProperty, *pBound, pElements, lType) : pProperty.Get(pElements, lType);
+}
+
+std::string BreachOf(const KLyrPropertyHandle& pProperty, Bound pBound, const double (&pValues)[kMaxElements],
+                     int pCount) {
+    double lBounds[kMaxElements] = {};
+    if (!GetElements(pProperty, &pBound, lBounds))
+        return std::string();
+    for (int i = 0; i < pCount; ++i) {
+        const bool lBreach = pBound == Bound::eMin ? pValues[i] < lBounds[i] : pValues[i] > lBounds[i];
+        if (lBreach)
+            return ValueText(pProperty) + (pBound == Bound::eMin ? " is below " : " is above ") +
+                   BoundText(pProperty, pBound);
+    }
+    return std::string();
+}
+
+std::string MatrixText(const KLyrPropertyHandle& pProperty) {
+    lyrDouble44 lMatrix;
+    if (!pProperty.Get(&lMatrix, eDOUBLE44))
+        return std::string();
+    std::string lText;
+    for (int i = 0; i < 4; ++i) {
+        KString lRow;
+        if (!lyrCopy(&lRow, eSTRING, &lMatrix[i], eDOUBLE4))
+            return std::string();
+        lText += (i == 0 ? "" : "; ") + std::string(lRow.Buffer());
+    }
+    return lText;
+}
+
+}  // namespace
+
+int ElementCount(ELyrType pType) {
+    switch (pType) {
+        case eDOUBLE1:
+            return 1;
+        case eDOUBLE2:
+            return 2;
+        case eDOUBLE3:
+            return 3;
+        case eDOUBLE4:
+            return 4;
+        case eDOUBLE44:
+            return kMaxElements;
+        default:
+            return 0;
+    }
+}
+
+bool SetInt(KLyrPropertyHandle pProperty, int pValue) {
+    return pProperty.Set(&pValue, eINTEGER1, false);
+}
+
+bool SetDouble(KLyrPropertyHandle pProperty, double pValue) {
+    return pProperty.Set(&pValue, eDOUBLE1, false);
+}
+
+bool SetBool(KLyrPropertyHandle pProperty, bool pValue) {
+    return pProperty.Set(&pValue, eBOOL1, false);
+}
+
+bool SetString(KLyrPropertyHandle pProperty, const std::string& pValue) {
+    const KString lText(pValue.c_str());
+    return pProperty.Set(&lText, eSTRING, false);
+}
+
+bool SetSeconds(KLyrPropertyHandle pProperty, double pSeconds) {
+    KTime lTime;
+    lTime.SetSecondDouble(pSeconds);
+    return pProperty.Set(&lTime, eTIME, false);
+}
+
+bool SetBytes(KLyrPropertyHandle pProperty, const void* pBytes, std::size_t pSize) {
+    lyrBlob lBlob;
+    if (pSize > static_cast<std::size_t>(std::numeric_limits<int>::max()) ||
+        !lBlob.Assign(pBytes, static_cast<int>(pSize)))
+        return false;
+    return pProperty.Set(&lBlob, eBLOB, false);
+}
+
+bool SetNumbers(KLyrPropertyHandle pProperty, const double* pValues) {
+    if (pProperty.GetType() == eDISTANCE) {
+        const lyrDistance lDistance(static_cast<float>(pValues[0]), KLyrSystemUnit::m);
+        return pProperty.Set(&lDistance, eDISTANCE, false);
+    }
+    return ElementCount(pProperty.GetType()) > 0 && pProperty.Set(pValues, pProperty.GetType(), false);
+}
+
+bool SetFromText(KLyrPropertyHandle pProperty, const char* pText) {
+    const ELyrType lType = pProperty.GetType();
+    if (lType == eENUM)
+        return SetChoice(pProperty, FindChoice(pProperty, pText));
+    if (lType == eSTRING || lType == eBOOL1 || lType == eINTEGER1) {
+        const KString lText(pText);
+        return pProperty.Set(&lText, eSTRING, false);
+    }
+    std::vector<double> lNumbers;
+    const int lCount = lType == eTIME || lType == eDISTANCE ? 1 : ElementCount(lType);
+    if (lCount == 0 || !ParseNumbers(pText, static_cast<std::size_t>(lCount), lNumbers) ||
+        lNumbers.size() != static_cast<std::size_t>(lCount))
+        return false;
+    return lType == eTIME ? SetSeconds(pProperty, lNumbers[0]) : SetNumbers(pProperty, lNumbers.data());
+}
+
+bool SetLimitsFromText(KLyrPropertyHandle pProperty, const char* pLimits, const char* pSoftLimits) {
+    const bool lHard = SetRange(pProperty, pLimits, Bound::eMin, Bound::eMax);
+    return SetRange(pProperty, pSoftLimits, Bound::eSoftMin, Bound::eSoftMax) && lHard;
+}
+
+bool SetFromJson(KLyrPropertyHandle pProperty, const PropertyFacts& pFacts, const Json& pJson, std::string& pExpected) {
+    const ELyrType lType = pProperty.GetType();
+    switch (lType) {
+        case eBOOL1:
+            pExpected = "true or false";
+            return pJson.is_boolean() && SetBool(pProperty, pJson.get<bool>());
+        case eINTEGER1: {
+            pExpected = "a whole number";
+            int lValue = 0;
+            return ToInt(pJson, lValue) && SetInt(pProperty, lValue);
+        }
+        case eSTRING:
+            pExpected = "a text";
+            return pJson.is_string() && SetString(pProperty, pJson.get_ref<const std::string&>());
+        case eENUM:
+            return SetChoiceFromJson(pProperty, pFacts, pJson, pExpected);
+        default:
+            return SetNumbersFromJson(pProperty, pJson, lType == eDISTANCE ? 1 : ElementCount(lType), pExpected);
+    }
+}
+
+std::string ValueText(const KLyrPropertyHandle& pProperty) {
+    const ELyrType lType = pProperty.GetType();
+    // A reference has no value: asking for it is a misuse that the library reports.
+    if (lType == eUNIDENTIFIED || lType == eREFERENCE)
+        return std::string();
+    if (lType == eDOUBLE44)
+        return MatrixText(pProperty);
+    KString lText;
+    if (!pProperty.Get(&lText, eSTRING))
+        return std::string();
+    const std::string lValue = lText.Buffer();
+    if (lType == eSTRING)
+        return Quoted(lValue);
+    if (lType == eENUM) {
+        int lIndex = 0;
+        pProperty.Get(&lIndex, eENUM);
+        return lValue + " (" + Escaped(KLyrPropertyHandle(pProperty).GetEnumValue(lIndex)) + ')';
+    }
+    lyrBlob lBlob;
+    if (lType == eBLOB && pProperty.Get(&lBlob, eBLOB))
+        return lValue + ' ' + Counted(static_cast<std::size_t>(lBlob.GetSize()), "byte");
+    return lValue;
+}
+
+std::string LimitsText(const KLyrPropertyHandle& pProperty) {
+    return RangeText(pProperty, Bound::eMin, Bound::eMax);
+}
+
+std::string SoftLimitsText(const KLyrPropertyHandle& pProperty) {
+    return RangeText(pProperty, Bound::eSoftMin, Bound::eSoftMax);
+}
+
+std::string LimitBreach(const KLyrPropertyHandle& pProperty) {
+    if (!pProperty.HasMin() && !pProperty.HasMax())
+        return std::string();
+    double lValues[kMaxElements] = {};
+    if (!GetElements(pProperty, nullptr, lValues))
+        return std::string();
+    const int lCount = std::max(1, ElementCount(pProperty.GetType()));
+    const std::string lBreach = BreachOf(pProperty, Bound::eMin, lValues, lCount);
+    return lBreach.empty() ? BreachOf(pProperty, Bound::eMax, lValues, lCount) : lBreach;
+}
+
+}  // namespace lyrsdk::inspect
