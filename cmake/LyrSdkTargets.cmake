@@ -32,13 +32,18 @@ function(lyrsdk_own_target pTarget)
         $<$<BOOL:${LYRSDK_WERROR}>:-Werror>)
 endfunction()
 
-# lyrsdk_add_layer(NAME [LINKS layer...] [SOURCES file...] [HEADERS file...])
+# lyrsdk_add_layer(NAME [LINKS layer...] SOURCES file... HEADERS file...)
 #
 # One layer of the library: an object target lyrsdk_NAME that links the layers it may include and no other, and whose
 # objects and public headers become part of the library.
 function(lyrsdk_add_layer pName)
     cmake_parse_arguments(PARSE_ARGV 1 l "" "" "LINKS;SOURCES;HEADERS")
     set(lTarget lyrsdk_${pName})
+    file(GLOB lUnlisted CONFIGURE_DEPENDS RELATIVE "${CMAKE_CURRENT_SOURCE_DIR}" *.cpp)
+    list(REMOVE_ITEM lUnlisted ${l_SOURCES})
+    if(lUnlisted)
+        message(FATAL_ERROR "Sources that ${CMAKE_CURRENT_SOURCE_DIR}/CMakeLists.txt does not list: ${lUnlisted}")
+    endif()
     add_library(${lTarget} OBJECT ${l_SOURCES})
     lyrsdk_own_target(${lTarget})
     target_include_directories(${lTarget} PUBLIC "${PROJECT_SOURCE_DIR}")

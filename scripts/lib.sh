@@ -1,10 +1,12 @@
+# shellcheck shell=bash disable=SC2034 # what is set here is used by the scripts that source it
+#
 # Shared by the scripts of this folder and by .ci/run; to be sourced, from any directory.
 
-cd "$(dirname "${BASH_SOURCE[0]}")/.."
+cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit
 
-gLibraryPackages="cmake ninja-build g++ pkg-config"
-gTestPackages="$gLibraryPackages g++-multilib googletest"
-gToolPackages="libtinygltf-dev libcli11-dev nlohmann-json3-dev"
+gBuildPackages="cmake ninja-build g++ googletest libtinygltf-dev libcli11-dev nlohmann-json3-dev"
+gTestPackages="$gBuildPackages g++-multilib pkg-config"
+gCheckPackages="clang clang-format libclang-rt-14-dev"
 
 say() {
     printf '%s\n' "$*" >&2

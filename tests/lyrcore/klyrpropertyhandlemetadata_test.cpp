@@ -441,6 +441,26 @@ TEST_F(PropertyHandleMetadata, FiltersConnectionsAndClearsTheirCache) {
     EXPECT_EQ(lA.GetDstCount(nullptr) + lA.GetSrcCount(nullptr) + lB.GetDstCount(nullptr), 0);
 }
 
+TEST_F(PropertyHandleMetadata, KeepsFilteredListsOfBothEndsUpToDate) {
+    OwnedRoot lPage(H::Create("root", eDOUBLE1));
+    const H lA = AddChild(*lPage, "a", eDOUBLE1);
+    const H lB = AddChild(*lPage, "b", eDOUBLE1);
+    TypeFilter lData(eLyrConnectionData);
+    EXPECT_EQ(lPage->GetSrcCount(&lData) + lA.GetDstCount(&lData), 0);
+    lPage->ConnectSrc(lB, eLyrConnectionData);
+    lPage->ConnectSrc(lA, eLyrConnectionData);
+    EXPECT_EQ(lPage->GetSrc(&lData, 1), lA);
+    EXPECT_EQ(lA.GetDst(&lData, 0), *lPage);
+    EXPECT_TRUE(lPage->DisconnectSrc(lA));
+    EXPECT_EQ(lPage->GetSrcCount(&lData), 1);
+    EXPECT_EQ(lA.GetDstCount(&lData), 0);
+    EXPECT_EQ(lB.GetDstCount(&lData), 1);
+    lPage->WipeAllConnections();
+    EXPECT_EQ(lB.GetDstCount(&lData), 0);
+    lPage->ConnectSrc(lB, eLyrConnectionData);
+    EXPECT_EQ(lB.GetDstCount(&lData), 1);
+}
+
 TEST_F(PropertyHandleMetadata, SeesOnlyItsOwnConnectionsButWipesInheritedOnes) {
     OwnedRoot lPage(H::Create("root", eDOUBLE1));
     OwnedRoot lInstance(H::Create(*lPage));

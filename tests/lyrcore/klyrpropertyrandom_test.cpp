@@ -97,7 +97,7 @@ private:
         static const ELyrType sTypes[] = {eDOUBLE1, eINTEGER1, eUNIDENTIFIED};
         return sTypes[Below(3)];
     }
-    unsigned AnyFlags() { return 1u << Below(3) | (OneIn(3) ? 1u << Below(15) : 0u) | (OneIn(20) ? 0x7FFFu : 0u); }
+    unsigned AnyFlags() { return 1u << Below(3) | (OneIn(3) ? 1u << Below(16) : 0u) | (OneIn(20) ? 0x7FFFu : 0u); }
 
     void Did(const std::string& pWhat, const BothPages& pPage, int pId) {
         mDone = pWhat + " on page " + std::to_string(&pPage - mPages.data()) + ", id " + std::to_string(pId);

@@ -223,23 +223,26 @@ private:
                 ExpectConnectionsAgree(lIt);
     }
     void ExpectConnectionsAgree(const H& pProperty) {
-        int lSelected = 0;
+        const KLyrPropertyEntry* lEntry = pProperty.GetPage()->GetPropertyEntry(pProperty.GetId());
+        const KLyrPropertyConnect* lItem = lEntry->Get(static_cast<const KLyrPropertyConnect*>(nullptr));
+        int lSrcs = 0, lDsts = 0;
         for (int i = 0; i < pProperty.GetSrcCount(nullptr); ++i) {
-            const H lSrc = pProperty.GetSrc(nullptr, i);
-            EXPECT_TRUE(lSrc.IsConnectedDst(pProperty));
-            int lAt = 0;
-            while (lAt < lSrc.GetDstCount(nullptr) && lSrc.GetDst(nullptr, lAt) != pProperty)
-                ++lAt;
-            EXPECT_LT(lAt, lSrc.GetDstCount(nullptr));
-            EXPECT_FALSE(lSrc.GetName() == nullptr);
-            lSelected += mFilter.Selects(nullptr, TypeAt(pProperty, i)) ? 1 : 0;
+            EXPECT_TRUE(pProperty.GetSrc(nullptr, i).IsConnectedDst(pProperty));
+            EXPECT_TRUE(HasDst(pProperty.GetSrc(nullptr, i), pProperty));
+            lSrcs += mFilter.Selects(nullptr, lItem->GetConnectionPoint().GetSrcType(i)) ? 1 : 0;
         }
-        EXPECT_EQ(pProperty.GetSrcCount(&mFilter), lSelected);
+        for (int i = 0; i < pProperty.GetDstCount(nullptr); ++i) {
+            EXPECT_TRUE(pProperty.GetDst(nullptr, i).IsConnectedSrc(pProperty));
+            lDsts += mFilter.Selects(nullptr, lItem->GetConnectionPoint().GetDstType(i)) ? 1 : 0;
+        }
+        EXPECT_EQ(pProperty.GetSrcCount(&mFilter), lSrcs);
+        EXPECT_EQ(pProperty.GetDstCount(&mFilter), lDsts);
     }
-    static kLyrConnectionType TypeAt(const H& pProperty, int pIndex) {
-        KLyrPropertyEntry* lEntry = pProperty.GetPage()->GetPropertyEntry(pProperty.GetId());
-        const KLyrPropertyConnect* lConnect = lEntry->Get(static_cast<const KLyrPropertyConnect*>(nullptr));
-        return lConnect->GetConnectionPoint().GetSrcType(pIndex);
+    static bool HasDst(const H& pSrc, const H& pDst) {
+        for (int i = 0; i < pSrc.GetDstCount(nullptr); ++i)
+            if (pSrc.GetDst(nullptr, i) == pDst)
+                return true;
+        return false;
     }
 
     std::mt19937 mRandom;
