@@ -441,6 +441,16 @@ TEST_F(PropertyHandleMetadata, FiltersConnectionsAndClearsTheirCache) {
     EXPECT_EQ(lA.GetDstCount(nullptr) + lA.GetSrcCount(nullptr) + lB.GetDstCount(nullptr), 0);
 }
 
+TEST_F(PropertyHandleMetadata, ConnectsTheCopiesOfConnectedPropertiesUnderTheirOwnIds) {
+    OwnedRoot lType(H::Create("type", eDOUBLE1));
+    AddChild(*lType, "part", eDOUBLE1).ConnectSrc(*lType, eLyrConnectionData);
+    OwnedRoot lPage(H::Create());
+    H lCopy = lPage->Add("copy", *lType).GetChild();
+    EXPECT_EQ(lCopy.GetSrcCount(nullptr), 0) << "connections are not copied";
+    EXPECT_TRUE(lCopy.ConnectSrc(*lPage, eLyrConnectionData));
+    EXPECT_EQ(lPage->GetDst(nullptr, 0), lCopy);
+}
+
 TEST_F(PropertyHandleMetadata, KeepsFilteredListsOfBothEndsUpToDate) {
     OwnedRoot lPage(H::Create("root", eDOUBLE1));
     const H lA = AddChild(*lPage, "a", eDOUBLE1);

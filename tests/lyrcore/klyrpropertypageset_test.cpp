@@ -3,7 +3,6 @@
 #include <climits>
 #include <cmath>
 #include <limits>
-#include <optional>
 
 #include "lyrfilesdk/lyrcore/klyrpropertypage.h"
 #include "tests/support/page_family.h"
@@ -237,37 +236,37 @@ class SetModel {
 public:
     SetModel(KLyrPropertyValue* pInherited, KLyrPropertyValue* pOwn) {
         if (pInherited)
-            mInherited.emplace(pInherited->Clone(nullptr));
+            mInherited.Reset(pInherited->Clone(nullptr));
         if (pOwn)
-            mOwn.emplace(pOwn->Clone(nullptr));
+            mOwn.Reset(pOwn->Clone(nullptr));
     }
 
     bool Set(const void* pValue, ELyrType pType, bool pCheck) {
-        KLyrPropertyValue* lSeen = mOwn ? mOwn->Get() : mInherited->Get();
+        KLyrPropertyValue* lSeen = mOwn ? mOwn.Get() : mInherited.Get();
         if (!lyrHoldsValue(pType))
             return lSeen->Set(pValue, pType);
         if (pCheck && mInherited && ReadsEqual(pValue, pType)) {
-            const bool lHadOwn = mOwn.has_value();
-            mOwn.reset();
+            const bool lHadOwn = static_cast<bool>(mOwn);
+            mOwn.Reset();
             return lHadOwn;
         }
         if (!mOwn)
-            mOwn.emplace(mInherited->Get()->Clone(nullptr));
-        return mOwn->Get()->Set(pValue, pType);
+            mOwn.Reset(mInherited->Clone(nullptr));
+        return mOwn->Set(pValue, pType);
     }
 
-    const KLyrPropertyValue* Own() const { return mOwn ? mOwn->Get() : nullptr; }
+    const KLyrPropertyValue* Own() const { return mOwn.Get(); }
 
 private:
     bool ReadsEqual(const void* pValue, ELyrType pType) {
         void* lScratch = lyrCreate(pType);
-        const bool lEqual = mInherited->Get()->Get(lScratch, pType) && lyrCompare(pValue, lScratch, pType);
+        const bool lEqual = mInherited->Get(lScratch, pType) && lyrCompare(pValue, lScratch, pType);
         lyrDestroy(pType, lScratch);
         return lEqual;
     }
 
-    std::optional<Counted<KLyrPropertyValue>> mInherited;
-    std::optional<Counted<KLyrPropertyValue>> mOwn;
+    Counted<KLyrPropertyValue> mInherited;
+    Counted<KLyrPropertyValue> mOwn;
 };
 
 std::string TextOfItem(const KLyrPropertyValue* pItem) {

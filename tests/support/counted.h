@@ -22,8 +22,10 @@ public:
     Counted(const Counted&) = delete;
     Counted& operator=(const Counted&) = delete;
 
-    void Reset() {
-        if (T* lItem = std::exchange(mItem, nullptr))
+    void Reset(T* pItem = nullptr) {
+        if (pItem)
+            pItem->IncRef();
+        if (T* lItem = std::exchange(mItem, pItem))
             lItem->DecRef();
     }
 
