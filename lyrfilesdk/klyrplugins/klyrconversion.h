@@ -175,7 +175,7 @@ bool Convert(Dst& pDst, const Src& pSrc) {
     else if constexpr (Rule == 'P')
         return lyrCopyStr(pDst, pSrc);
     else if constexpr (Rule == 'Y')
-        return pDst.fromString(pSrc.Buffer());
+        return std::strlen(pSrc.Buffer()) == static_cast<std::size_t>(pSrc.GetLen()) && pDst.fromString(pSrc.Buffer());
     else if constexpr (Rule == 'S')
         return ShowAsString(pDst, pSrc);
     else if constexpr (Rule == 'B')

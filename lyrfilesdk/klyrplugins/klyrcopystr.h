@@ -8,9 +8,8 @@
 //
 //     bool             true and false in any case, or an integer from -2^63 to 2^64 - 1: zero is false, all else true
 //     signed types     decimal digits with an optional sign
-//     unsigned types   the same; down to the least value of the signed type of that width, negative numbers wrap
-//     around,
-//                      because unsigned values are shown through int
+//     unsigned types   the same; negative numbers wrap around, down to the least value of the signed type of that
+//                      width, because unsigned values are shown through int
 //     double           what lyrParseDouble reads, with an optional plus in front
 //
 // The char types are numbers, not letters.

@@ -1,4 +1,4 @@
-#include "lyrfilesdk/klyrplugins/klyrcopystr.h"
+#include "lyrfilesdk/klyrplugins/klyrtypes.h"
 
 #include <gtest/gtest.h>
 
@@ -158,6 +158,14 @@ TEST(LyrCopyStr, ReadsDoubles) {
     EXPECT_TRUE(std::isnan(lNaN));
     ExpectRefused<double>({"", " ", "+", "-", "+-1", "-+1", "++1", "+ 1", "1 2", "1,5", "1.5x", "0x1p3", "e5", ".",
                            "1e", "abc", "true", "1e999", "-1e999"});
+}
+
+TEST(LyrCopy, TakesNoDateWithAZeroByteBehindIt) {
+    KString lText;
+    ASSERT_TRUE(lText.Assign("2020-01-02T03:04\0junk", 21));
+    lyrDateTime lValue;
+    EXPECT_FALSE(lyrCopy(lValue, lText));
+    EXPECT_EQ(lValue, lyrDateTime());
 }
 
 TEST(LyrCopyStr, TakesNoTextWithAZeroByteInside) {

@@ -32,8 +32,8 @@ template <unsigned int pElementSize>
 void KBaseArrayFast<pElementSize>::SetBlockCount(int pBlockCount) {
     if (!mBaseArray)
         return;
-    // Less than there is may be written as it stands: InsertAt makes the room that it needs.
-    if (pBlockCount <= GetBlockCount())
+    // Less than there is, or than is in use, may be written as it stands: InsertAt makes the room that it needs.
+    if (pBlockCount <= GetBlockCount() || pBlockCount < (mArrayCount + sgElementsPerBlock - 1) / sgElementsPerBlock)
         reinterpret_cast<BlockHeader*>(mBaseArray)->mBlockCount = pBlockCount;
     else
         ResizeBlock(pBlockCount);

@@ -22,7 +22,9 @@ KAssertFailedHandler KSetAssertFailedHandler(KAssertFailedHandler pHandler) {
 
 LYRSDK_REPLACEABLE void KAssertFailed(const char* pFile, const char* pFunction, unsigned long pLine,
                                       const char* pMessage, bool* pHideForever) {
-    sgHandler.load()(pFile, pFunction, pLine, pMessage, pHideForever);
+    bool lNobodysFlag = false;
+    sgHandler.load()(pFile ? pFile : "", pFunction ? pFunction : "", pLine, pMessage ? pMessage : "",
+                     pHideForever ? pHideForever : &lNobodysFlag);
 }
 
 }  // namespace lyrsdk

@@ -20,7 +20,8 @@ using KAssertFailedHandler = void (*)(const char* pFile, const char* pFunction, 
 // silences the site. Safe to call from any thread.
 LYRSDK_API KAssertFailedHandler KSetAssertFailedHandler(KAssertFailedHandler pHandler);
 
-// Passes a report to the installed handler. A weak definition: a host may define its own at link time.
+// Passes a report to the installed handler; null texts as empty ones, a null flag as one that nobody keeps. A weak
+// definition: a host may define its own at link time.
 LYRSDK_API void KAssertFailed(const char* pFile, const char* pFunction, unsigned long pLine, const char* pMessage,
                               bool* pHideForever);
 

@@ -11,6 +11,7 @@
 // memory, which leaves the map as it was.
 
 #include <cstring>
+#include <type_traits>
 
 #include "lyrfilesdk/components/kbaselib/klib/kassert.h"
 #include "lyrfilesdk/components/kbaselib/klib/kcontainerallocators.h"
@@ -82,6 +83,8 @@ private:
 
 template <typename Key, typename Value, typename Compare, typename Allocator>
 class KMap {
+    static_assert(std::is_trivially_copyable_v<Value>, "a value that owns memory could be copied without getting any");
+
 public:
     // What a record holds.
     class KKeyValuePair : public KPair<const Key, Value> {

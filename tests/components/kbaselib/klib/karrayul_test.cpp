@@ -271,6 +271,21 @@ TEST(KArrayTemplate, TakesEveryRoomThatIsSet) {
     }
 }
 
+TEST(KArrayTemplate, KeepsItsElementsWhenRoomIsSetAgainAndAgain) {
+    LeakCheck lLeaks;
+    for (int lFirst : {0, 1, 2, 3, 5}) {
+        for (int lSecond : {1, 2, 3, 4, 9}) {
+            Pointers lArray;
+            Fill(lArray, 10);
+            lArray.SetBlockCount(lFirst);
+            lArray.SetBlockCount(lSecond);
+            ExpectTargets(lArray, {0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
+            EXPECT_EQ(lArray.Add(sgTargets + 10), 10);
+            ExpectTargets(lArray, {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10});
+        }
+    }
+}
+
 TEST(KArrayTemplate, KeepsItsRoomWhenALargerOneIsNotToBeHad) {
     Pointers lArray;
     Fill(lArray, 1);

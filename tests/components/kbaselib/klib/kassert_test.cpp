@@ -51,6 +51,15 @@ TEST(KAssert, HandsOverTheTextsOfTheSite) {
     EXPECT_EQ(lReports[0].message, "something is wrong");
 }
 
+TEST(KAssert, TakesNullsAsEmpty) {
+    ReportRecorder lReports;
+    KAssertFailed(nullptr, nullptr, 7, nullptr, nullptr);
+    const std::vector<ReportRecorder::Report> lTaken = lReports.TakeReports();
+    ASSERT_EQ(lTaken.size(), 1u);
+    EXPECT_EQ(lTaken[0].file + lTaken[0].function + lTaken[0].message, "");
+    EXPECT_EQ(lTaken[0].line, 7u);
+}
+
 TEST(KAssert, SpeaksOnEveryFailureUntilSilenced) {
     ReportRecorder lRecorder;
     for (int lTime = 0; lTime < 3; ++lTime)
