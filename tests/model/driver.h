@@ -1,0 +1,87 @@
+#pragma once
+
+// Runs operations on the library and on the model, compares each result, and now and then all that both show. A run
+// that diverges is shortened.
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "tests/model/arguments.h"
+#include "tests/model/operation.h"
+#include "tests/model/pair.h"
+
+namespace lyrmodel {
+
+class Driver {
+public:
+    explicit Driver(Fault pFault = Fault::eNone) : mPair(pFault), mSame(mPair) {}
+
+    // Applies the operation to both sides. False when they differ; the driver is then of no further use.
+    bool Apply(const Operation& pOperation);
+    // Compares everything.
+    bool Check();
+    // The first difference, empty while there is none.
+    const std::string& Difference() const { return mSame.Difference(); }
+    const std::string& What() const { return mSame.What(); }
+    // The operation applied last: for people, and with pages and ids by number.
+    std::string Last() const { return Describe(mLast, mArguments); }
+    Operation LastRenamed() const { return Rename(mLast, mArguments); }
+
+    const World& Model() const { return mPair.mModel; }
+
+private:
+    using Step = void (Driver::*)(const Arguments&);
+
+#define LYRMODEL_ROW(pName, pArguments, pWeight) void pName(const Arguments& pA);
+    LYRMODEL_OPERATIONS(LYRMODEL_ROW)
+#undef LYRMODEL_ROW
+
+    bool HasRoom(const Page* pPage, int pCount) const;
+    void Created(const lyrsdk::KLyrPropertyHandle& pLibrary, const Page* pModel);
+    void Destroyed(int pSlot, bool pResult);
+    void Connect(const Arguments& pA, bool pSrc);
+    void Disconnect(const Arguments& pA, bool pSrc);
+    void GetEnd(const Arguments& pA, bool pSrc);
+    void FindAll(const Arguments& pA, const char* pSeparators, bool pTyped);
+    template <typename T>
+    void ChangeItem(const Arguments& pA, Item pItem);
+
+    lyrsdk::KLyrPropertyHandle HandleAt(const Arguments& pA, int pWhich = 0) const {
+        return mPair.Handle(pA.mSlots[pWhich], pA.mIds[pWhich]);
+    }
+
+    Pair mPair;
+    Comparison mSame;
+    Operation mLast;
+    Arguments mArguments;
+};
+
+// How a sequence of operations ended.
+struct Outcome {
+    bool mSame = true;
+    // How many operations were applied, the one that showed the difference included.
+    std::size_t mSteps = 0;
+    std::string mDifference;
+    // The difference without its particulars.
+    std::string mWhat;
+};
+
+// Runs the sequence, comparing everything after each pInterval operations (0: not), after each of the last
+// pClosely ones and at the end.
+Outcome RunOperations(const std::vector<Operation>& pOperations, std::size_t pInterval, Fault pFault = Fault::eNone,
+                      std::size_t pClosely = 0);
+
+// A part of the sequence, in the same order, that diverges in the same point and of which no single operation can be
+// left out.
+// pMostSteps bounds the work.
+std::vector<Operation> Shorten(const std::vector<Operation>& pOperations, Fault pFault, std::size_t pMostSteps);
+
+// The sequence line by line, as it can be replayed and as it is meant.
+std::string Print(const std::vector<Operation>& pOperations, Fault pFault);
+
+// Runs pCount operations of that seed. The text is empty when both sides agreed; else it holds the seed, the shortened
+// sequence and the difference.
+std::string RunSeed(std::uint64_t pSeed, std::uint64_t pCount, Fault pFault = Fault::eNone);
+
+}  // namespace lyrmodel

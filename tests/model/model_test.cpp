@@ -1,0 +1,209 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "tests/model/driver.h"
+#include "tests/support/memory_probe.h"
+
+// The library beside a plain model of page families, under random operations.
+//
+// LYRSDK_MODEL_STEPS sets how many operations all runs take together, LYRSDK_MODEL_SEED the first seed.
+
+namespace lyrmodel {
+namespace {
+
+constexpr std::uint64_t kRuns = 20;
+constexpr std::uint64_t kStepsOfRun = 10000;
+
+std::uint64_t FromEnvironment(const char* pName, std::uint64_t pDefault) {
+    const char* lText = std::getenv(pName);
+    return lText && *lText ? std::strtoull(lText, nullptr, 10) : pDefault;
+}
+
+class PropertyModelRun : public testing::TestWithParam<std::uint64_t> {};
+
+TEST_P(PropertyModelRun, ShowsWhatTheLibraryShows) {
+    const std::uint64_t lAll = FromEnvironment("LYRSDK_MODEL_STEPS", kRuns * kStepsOfRun);
+    std::uint64_t lSeed = FromEnvironment("LYRSDK_MODEL_SEED", 1) + GetParam();
+    for (std::uint64_t lLeft = std::max<std::uint64_t>(1, lAll / kRuns); lLeft > 0; lSeed += kRuns) {
+        const std::uint64_t lSteps = std::min(lLeft, kStepsOfRun);
+        const lyrsdk::LeakCheck lLeaks;
+        ASSERT_EQ(RunSeed(lSeed, lSteps), "");
+        lLeft -= lSteps;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, PropertyModelRun, testing::Range(std::uint64_t(0), kRuns));
+
+// What the runs get to, so that agreement says something.
+struct Reached {
+    int mDepth = 0;
+    std::size_t mFamilies = 0, mConnections = 0, mProperties = 0, mBrackets = 0, mEnums = 0, mTyped = 0, mBounds = 0;
+};
+
+void Look(const World& pWorld, Reached& pReached) {
+    std::set<const int*> lFamilies;
+    std::size_t lBrackets = 0;
+    for (int lSlot : pWorld.LiveSlots()) {
+        Page* lPage = pWorld.At(lSlot);
+        lFamilies.insert(lPage->mNextId.get());
+        lBrackets += lPage->mOpen ? 1 : 0;
+        pReached.mDepth = std::max(pReached.mDepth, lPage->Depth());
+        pReached.mProperties = std::max(pReached.mProperties, lPage->VisibleIds().size());
+        for (int lId : lPage->VisibleIds()) {
+            pReached.mConnections = std::max(pReached.mConnections, lPage->GetLinks(lId, true, nullptr).size());
+            const Info* lInfo = lPage->GetInfo(lId);
+            if (!lInfo)
+                continue;
+            pReached.mEnums = std::max(pReached.mEnums, lInfo->mEnums.size());
+            pReached.mTyped += lInfo->mTypeInfo ? 1 : 0;
+            pReached.mBounds += lInfo->HasMinMax(0) ? 1 : 0;
+        }
+    }
+    pReached.mBrackets = std::max(pReached.mBrackets, lBrackets);
+    pReached.mFamilies = std::max(pReached.mFamilies, lFamilies.size());
+}
+
+TEST(PropertyModel, ReachesDeepChainsLongListsAndEverythingElse) {
+    Reached lReached;
+    for (std::uint64_t lSeed = 1; lSeed <= 5; ++lSeed) {
+        Driver lDriver;
+        int lStep = 0;
+        for (const Operation& lOperation : Generate(lSeed, kStepsOfRun)) {
+            ASSERT_TRUE(lDriver.Apply(lOperation)) << lDriver.Last() << ": " << lDriver.Difference();
+            if (++lStep % 20 == 0)
+                Look(lDriver.Model(), lReached);
+        }
+    }
+    EXPECT_EQ(lReached.mDepth, 6);
+    EXPECT_GE(lReached.mFamilies, 4u);
+    EXPECT_GE(lReached.mProperties, 35u);
+    // Longer than what a plain list holds without an index.
+    EXPECT_GT(lReached.mConnections, 32u);
+    EXPECT_GE(lReached.mBrackets, 3u);
+    EXPECT_GE(lReached.mEnums, 3u);
+    EXPECT_GT(lReached.mTyped, 0u);
+    EXPECT_GT(lReached.mBounds, 0u);
+}
+
+// --- the comparison notices mistakes
+
+class PropertyModelFault : public testing::TestWithParam<int> {
+protected:
+    // A sequence that shows the fault, cut off where it does.
+    static std::vector<Operation> Caught(Fault pFault) {
+        for (std::uint64_t lSeed = 1; lSeed <= 20; ++lSeed) {
+            std::vector<Operation> lOperations = Generate(lSeed, 3000);
+            const Outcome lOutcome = RunOperations(lOperations, 50, pFault);
+            lOperations.resize(lOutcome.mSteps);
+            if (!lOutcome.mSame)
+                return lOperations;
+        }
+        return {};
+    }
+};
+
+TEST_P(PropertyModelFault, IsCaughtAndShownInAFewSteps) {
+    const Fault lFault = static_cast<Fault>(GetParam());
+    const std::vector<Operation> lOperations = Caught(lFault);
+    ASSERT_FALSE(lOperations.empty());
+
+    const std::vector<Operation> lShort = Shorten(lOperations, lFault, 300 * lOperations.size() + 2000000);
+    EXPECT_LE(lShort.size(), 8u) << Print(lShort, lFault);
+    const std::string lWhat = RunOperations(lShort, 1, lFault).mWhat;
+    EXPECT_NE(lWhat, "");
+    // The sequence shows the mistake and nothing else.
+    EXPECT_TRUE(RunOperations(lShort, 1).mSame);
+    // No operation of it can be left out.
+    for (std::size_t i = 0; i < lShort.size(); ++i) {
+        std::vector<Operation> lRest = lShort;
+        lRest.erase(lRest.begin() + static_cast<std::ptrdiff_t>(i));
+        EXPECT_NE(RunOperations(lRest, 0, lFault).mWhat, lWhat) << "without " << ToText(lShort[i]);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, PropertyModelFault, testing::Range(1, static_cast<int>(Fault::eCount)));
+
+TEST(PropertyModel, PrintsSeedSequenceAndDifferenceOfARunThatDiverges) {
+    const std::string lText = RunSeed(3, 3000, Fault::eRefusedPairLeavesNoCopy);
+    EXPECT_EQ(lText.rfind("seed 3, operation ", 0), 0u) << lText;
+    EXPECT_NE(lText.find("the library says"), std::string::npos) << lText;
+
+    // The lines can be replayed.
+    std::vector<Operation> lOperations;
+    std::istringstream lLines(lText);
+    for (std::string lLine; std::getline(lLines, lLine);) {
+        Operation lOperation;
+        if (FromText(lLine, lOperation))
+            lOperations.push_back(lOperation);
+    }
+    EXPECT_FALSE(RunOperations(lOperations, 1, Fault::eRefusedPairLeavesNoCopy).mSame);
+    EXPECT_TRUE(RunOperations(lOperations, 1).mSame);
+}
+
+// --- operations
+
+TEST(PropertyModelOperation, IsDrawnFromNumbersThatAreTheSameOnEveryMachine) {
+    Random lRandom(1234567);
+    EXPECT_EQ(lRandom.Next(), 6457827717110365317u);
+    EXPECT_EQ(lRandom.Next(), 3203168211198807973u);
+}
+
+TEST(PropertyModelOperation, IsOfEveryKindSoonerOrLater) {
+    std::set<Kind> lKinds;
+    for (const Operation& lOperation : Generate(42, 20000))
+        lKinds.insert(lOperation.mKind);
+    EXPECT_EQ(lKinds.size(), static_cast<std::size_t>(Kind::eCount));
+}
+
+TEST(PropertyModelOperation, ReadsBackFromItsText) {
+    for (const Operation& lOperation : Generate(7, 1000)) {
+        Operation lRead;
+        ASSERT_TRUE(FromText(ToText(lOperation), lRead)) << ToText(lOperation);
+        EXPECT_EQ(lRead.mKind, lOperation.mKind);
+        EXPECT_EQ(lRead.mArguments, lOperation.mArguments);
+    }
+    Operation lRead;
+    for (const char* lText : {"", "Nothing 1 2", "Set 1 2", "Set 1 2 3 4 256", "Set 1 2 x 4 5", "# Set 1 2 3 4 5"})
+        EXPECT_FALSE(FromText(lText, lRead)) << lText;
+}
+
+TEST(PropertyModelOperation, ComesFromAnyBytes) {
+    Random lRandom(99);
+    for (int lRun = 0; lRun < 20; ++lRun) {
+        std::vector<std::uint8_t> lBytes(2000 + static_cast<std::size_t>(lRun));
+        for (std::uint8_t& lByte : lBytes)
+            lByte = static_cast<std::uint8_t>(lRandom.Next());
+        const std::uint8_t* lNext = lBytes.data();
+        const std::uint8_t* lEnd = lNext + lBytes.size();
+        std::vector<Operation> lOperations;
+        for (Operation lOperation; DecodeOperation(lNext, lEnd, lOperation);)
+            lOperations.push_back(lOperation);
+        EXPECT_EQ(lNext, lEnd);
+        EXPECT_GT(lOperations.size(), 300u);
+        const Outcome lOutcome = RunOperations(lOperations, 50);
+        EXPECT_TRUE(lOutcome.mSame) << lOutcome.mDifference;
+    }
+}
+
+TEST(PropertyModelOperation, IsTheKindOfItsFirstByteAndTheNumbersBehindIt) {
+    const std::uint8_t lBytes[] = {static_cast<std::uint8_t>(Kind::ePush), 3, 4, static_cast<std::uint8_t>(Kind::eSet),
+                                   5};
+    const std::uint8_t* lNext = lBytes;
+    const std::uint8_t* lEnd = lBytes + sizeof(lBytes);
+    Operation lOperation;
+    ASSERT_TRUE(DecodeOperation(lNext, lEnd, lOperation));
+    EXPECT_EQ(ToText(lOperation), "Push 3 4");
+    // What is missing at the end is 0.
+    ASSERT_TRUE(DecodeOperation(lNext, lEnd, lOperation));
+    EXPECT_EQ(ToText(lOperation), "Set 5 0 0 0 0");
+    EXPECT_FALSE(DecodeOperation(lNext, lEnd, lOperation));
+}
+
+}  // namespace
+}  // namespace lyrmodel
