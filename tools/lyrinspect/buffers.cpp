@@ -170,7 +170,8 @@ bool CheckView(const Json& pView, const BufferReader& pBuffers, Json& pChecked) 
         !SizeOf(pView, "byteStride", 0, lStride))
         return false;
     const std::size_t lSize = pBuffers.Length(static_cast<std::size_t>(lBuffer));
-    if (lLength == 0 || lOffset > lSize || lLength > lSize - lOffset || lStride > 252 || lStride % 4 != 0)
+    if (lLength == 0 || lOffset > lSize || lLength > lSize - lOffset || lStride > 252 || lStride % 4 != 0 ||
+        (lStride == 0 && pView.contains("byteStride")))
         return false;
     pChecked = {{"buffer", lBuffer}, {"byteOffset", lOffset}, {"byteLength", lLength}};
     if (lStride > 0)
@@ -208,7 +209,8 @@ bool CheckAccessor(const Json& pAccessor, std::size_t pViews, Json& pChecked) {
         !SizeOf(pAccessor, "byteOffset", 0, lOffset) || !SizeOf(pAccessor, "componentType", 0, lComponent))
         return false;
     const int lComponents = ComponentCount(lType->get_ref<const std::string&>());
-    const bool lKnown = lComponent >= TINYGLTF_COMPONENT_TYPE_BYTE && lComponent <= TINYGLTF_COMPONENT_TYPE_FLOAT;
+    const bool lKnown = lComponent >= TINYGLTF_COMPONENT_TYPE_BYTE && lComponent <= TINYGLTF_COMPONENT_TYPE_FLOAT &&
+                        lComponent != TINYGLTF_COMPONENT_TYPE_INT;
     const Json* lMin = MemberOf(pAccessor, "min");
     const Json* lMax = MemberOf(pAccessor, "max");
     if (lComponents == 0 || !lKnown || lCount == 0 || !AreBounds(lMin, lComponents) || !AreBounds(lMax, lComponents))
@@ -218,7 +220,9 @@ bool CheckAccessor(const Json& pAccessor, std::size_t pViews, Json& pChecked) {
         const int lIndex = IndexIn(pAccessor, "bufferView", pViews);
         if (lIndex < 0)
             return false;
-        pChecked["bufferView"] = lIndex;
+        // The data of a sparse accessor is that of its view only in part; better none than the wrong one.
+        if (!pAccessor.contains("sparse"))
+            pChecked["bufferView"] = lIndex;
     }
     if (lMin)
         pChecked["min"] = *lMin;
@@ -312,6 +316,7 @@ Buffers::Buffers(const Json& pDocument, const BufferSource& pSource, Warnings& p
         pWarnings.Add("the buffers are left out: " + FirstLine(lFits ? lError : "too many"));
         *mModel = tinygltf::Model();
     }
+    CheckLayouts(lAccessors, pWarnings);
 }
 
 Buffers::~Buffers() = default;
@@ -339,13 +344,11 @@ const std::vector<double>& Buffers::MaxOf(int pAccessor) const {
     return lAccessor ? lAccessor->maxValues : sNone;
 }
 
-bool Buffers::SpanOf(int pAccessor, Span& pSpan) const {
+bool Buffers::LayoutOf(int pAccessor, Span& pSpan) const {
     const tinygltf::Accessor* lAccessor = AccessorAt(pAccessor);
     if (!lAccessor || lAccessor->bufferView < 0 || !mViewValid[static_cast<std::size_t>(lAccessor->bufferView)])
         return false;
     const tinygltf::BufferView& lView = mModel->bufferViews[static_cast<std::size_t>(lAccessor->bufferView)];
-    if (!mHasBytes[static_cast<std::size_t>(lView.buffer)])
-        return false;
     const int lComponent = tinygltf::GetComponentSizeInBytes(static_cast<std::uint32_t>(lAccessor->componentType));
     const int lComponents = tinygltf::GetNumComponentsInType(static_cast<std::uint32_t>(lAccessor->type));
     const int lStride = lAccessor->ByteStride(lView);
@@ -356,12 +359,35 @@ bool Buffers::SpanOf(int pAccessor, Span& pSpan) const {
     pSpan.count = lAccessor->count;
     if (lAccessor->byteOffset > lView.byteLength || pSpan.element > lView.byteLength - lAccessor->byteOffset)
         return false;
-    if ((lView.byteLength - lAccessor->byteOffset - pSpan.element) / pSpan.stride < pSpan.count - 1)
+    return (lView.byteLength - lAccessor->byteOffset - pSpan.element) / pSpan.stride >= pSpan.count - 1;
+}
+
+bool Buffers::SpanOf(int pAccessor, Span& pSpan) const {
+    if (!LayoutOf(pAccessor, pSpan))
+        return false;
+    const tinygltf::Accessor* lAccessor = AccessorAt(pAccessor);
+    const tinygltf::BufferView& lView = mModel->bufferViews[static_cast<std::size_t>(lAccessor->bufferView)];
+    if (!mHasBytes[static_cast<std::size_t>(lView.buffer)])
         return false;
     pSpan.data =
         mModel->buffers[static_cast<std::size_t>(lView.buffer)].data.data() + lView.byteOffset + lAccessor->byteOffset;
     pSpan.size = (pSpan.count - 1) * pSpan.stride + pSpan.element;
     return true;
+}
+
+void Buffers::CheckLayouts(const Json& pAccessors, Warnings& pWarnings) const {
+    std::size_t lSparse = 0;
+    for (std::size_t i = 0; i < pAccessors.size(); ++i) {
+        const int lIndex = static_cast<int>(i);
+        const tinygltf::Accessor* lAccessor = AccessorAt(lIndex);
+        Span lSpan;
+        lSparse += lAccessor && pAccessors[i].contains("sparse") ? 1 : 0;
+        if (lAccessor && lAccessor->bufferView >= 0 && mViewValid[static_cast<std::size_t>(lAccessor->bufferView)] &&
+            !LayoutOf(lIndex, lSpan))
+            pWarnings.Add("accessor:" + std::to_string(i) + " reaches out of its bufferView");
+    }
+    if (lSparse > 0)
+        pWarnings.Add(Counted(lSparse, "sparse accessor") + ", the data of which is not shown");
 }
 
 bool Buffers::ScanFloats(int pAccessor, double& pMin, double& pMax) const {

@@ -62,7 +62,11 @@ private:
         std::size_t element = 0;
         std::size_t count = 0;
     };
+    // Where the elements lie in their buffer view, without the data; false when there is no usable view or they reach
+    // out of it.
+    bool LayoutOf(int pAccessor, Span& pSpan) const;
     bool SpanOf(int pAccessor, Span& pSpan) const;
+    void CheckLayouts(const Json& pAccessors, Warnings& pWarnings) const;
 
     std::unique_ptr<tinygltf::Model> mModel;
     // Which buffers hold their bytes, which views and accessors are usable.

@@ -4,6 +4,7 @@
 #include <unordered_map>
 
 #include "tools/lyrinspect/nodetree.h"
+#include "tools/lyrinspect/rules.h"
 #include "tools/lyrinspect/text.h"
 
 namespace lyrsdk::inspect {
@@ -42,6 +43,16 @@ void Builder::AddDocument() {
     for (const char* lSection : kSections)
         ArrayOf(mInput.document, lSection, std::string(), mWarnings);
     AddOne(ObjectKind::eDocument, mInput.document, 0, {std::begin(kSections), std::end(kSections)});
+    CheckRequiredExtensions();
+}
+
+// A program that draws the scene would have to give up here. To show it is possible, but not all may mean what it says.
+void Builder::CheckRequiredExtensions() {
+    for (const Json& lName : ArrayOf(mInput.document, "extensionsRequired")) {
+        if (lName.is_string() && !IsKnownExtension(lName.get_ref<const std::string&>()))
+            mWarnings.Add("the file requires the extension " +
+                          Shortened(Quoted(lName.get_ref<const std::string&>()), 80) + ", which is only shown");
+    }
 }
 
 void Builder::AddObjects() {
@@ -80,6 +91,7 @@ void Builder::AddOne(ObjectKind pKind, const Json& pJson, int pIndex, const std:
     if (!lObject)
         return;
     mReader.Read(*lObject, pJson, pSkipped);
+    CheckRules(*lObject, pJson, mWarnings);
     switch (pKind) {
         case ObjectKind::eMesh:
             AddPrimitives(*lObject, pJson);
@@ -111,7 +123,8 @@ void Builder::AddPrimitives(SceneObject& pMesh, const Json& pJson) {
         if (!lPrimitive)
             return;
         mReader.Read(*lPrimitive, lPrimitives[i], {});
-        CompletePrimitive(*lPrimitive);
+        CheckRules(*lPrimitive, lPrimitives[i], mWarnings);
+        CompletePrimitive(*lPrimitive, lPrimitives[i]);
         ConnectContained(pMesh, "primitives", *lPrimitive, "mesh");
     }
 }
@@ -145,21 +158,26 @@ void Builder::AddChannel(SceneObject& pAnimation, const Json& pJson, int pIndex,
     if (!lChannel)
         return;
     mReader.Read(*lChannel, pJson, {"sampler"});
+    CheckRules(*lChannel, pJson, mWarnings);
     ConnectContained(pAnimation, "channels", *lChannel, "animation");
     const Json* lSampler = MemberOf(pJson, "sampler");
     int lIndex = -1;
     if (!lSampler)
-        mWarnings.Add(AddressOf(*lChannel) + " has no sampler");
-    else if (!ToInt(*lSampler, lIndex) || lIndex < 0 || static_cast<std::size_t>(lIndex) >= pSamplers.size())
+        return;
+    if (!ToInt(*lSampler, lIndex) || lIndex < 0 || static_cast<std::size_t>(lIndex) >= pSamplers.size()) {
         mWarnings.Add(AddressOf(*lChannel) + " sampler: " + AddressOf(pAnimation) + " has no sampler " +
                       Described(*lSampler));
-    else
-        mReader.ReadInto(*lChannel, lChannel->root.Find("sampler", true), pSamplers[static_cast<std::size_t>(lIndex)]);
+        return;
+    }
+    const Json& lTimesAndValues = pSamplers[static_cast<std::size_t>(lIndex)];
+    mReader.ReadInto(*lChannel, lChannel->root.Find("sampler", true), lTimesAndValues);
+    CheckChannelSampler(*lChannel, lTimesAndValues, mWarnings);
 }
 
 void Builder::ConnectReferences() {
     mProgress.Begin("connecting", mReader.References().size());
     std::vector<Reference> lChildren;
+    std::vector<Reference> lRoots;
     for (const Reference& lReference : mReader.References()) {
         mProgress.Step();
         const SceneObject* lTarget = mScene.ObjectAt(lReference.target, lReference.index);
@@ -172,16 +190,16 @@ void Builder::ConnectReferences() {
         const bool lFromScene = lReference.object->kind == ObjectKind::eScene;
         const bool lToNode = lReference.target == ObjectKind::eNode;
         if (lFromScene && lToNode)
-            lProperty.ConnectDst(lTarget->root.Find("parent", true), kContains);
+            lRoots.push_back(lReference);
         else if (lToNode && lProperty.Is(lReference.object->root.Find("children", true)))
             lChildren.push_back(lReference);
         else
             lProperty.ConnectSrc(lTarget->root, kReference);
     }
-    ConnectNodes(lChildren);
+    ConnectNodes(lChildren, lRoots);
 }
 
-void Builder::ConnectNodes(const std::vector<Reference>& pChildren) {
+void Builder::ConnectNodes(const std::vector<Reference>& pChildren, const std::vector<Reference>& pRoots) {
     std::vector<NodeEdge> lEdges;
     for (const Reference& lReference : pChildren)
         lEdges.push_back({lReference.object->index, lReference.index});
@@ -193,6 +211,16 @@ void Builder::ConnectNodes(const std::vector<Reference>& pChildren) {
         KLyrPropertyHandle lChildren = lReference.property;
         if (lParents[static_cast<std::size_t>(lReference.index)] == lReference.object->index)
             lChildren.ConnectDst(lChild->root.Find("parent", true), kContains);
+    }
+    for (const Reference& lReference : pRoots) {
+        const SceneObject* lRoot = mScene.ObjectAt(ObjectKind::eNode, lReference.index);
+        const int lParent = lParents[static_cast<std::size_t>(lReference.index)];
+        KLyrPropertyHandle lNodes = lReference.property;
+        if (lParent < 0)
+            lNodes.ConnectDst(lRoot->root.Find("parent", true), kContains);
+        else
+            mWarnings.Add(TitleOf(*lRoot) + " has the parent " + lTitle(lParent) + "; the link from " +
+                          TitleOf(*lReference.object) + " is left out");
     }
 }
 
@@ -212,6 +240,8 @@ void Builder::ConnectAnimated(const SceneObject& pChannel) {
     const std::string lName = lPath.GetEnumValue(lChoice);
     const KLyrPropertyHandle lAnimated =
         lNode.Find((lName == "weights" ? lName : "transform/" + lName).c_str(), "/", true);
+    if (lName != "weights" && lNode.Find("transform/matrix", "/", true).GetValueInheritType(false) == eLyrOverride)
+        mWarnings.Add(AddressOf(pChannel) + " animates " + TitleOf(*ObjectOf(lNode)) + ", which has a matrix");
     KLyrPropertyHandle lValue = pChannel.root.Find("value", true);
     lValue.ConnectDst(lAnimated, kData);
 }

@@ -48,18 +48,20 @@ private:
     const Json& Lights() const;
 
     void ConnectReferences();
-    void ConnectNodes(const std::vector<Reference>& pChildren);
+    void ConnectNodes(const std::vector<Reference>& pChildren, const std::vector<Reference>& pRoots);
     void ConnectContained(const SceneObject& pOwner, const char* pList, const SceneObject& pPart, const char* pBack);
     void ConnectAnimated(const SceneObject& pChannel);
 
     // What is computed from more than the object's own members.
     void CompleteCamera(const SceneObject& pCamera);
     void CompleteLight(const SceneObject& pLight);
-    void CompletePrimitive(const SceneObject& pPrimitive);
+    void CompletePrimitive(const SceneObject& pPrimitive, const Json& pJson);
     void CompleteImage(const SceneObject& pImage, const Json& pJson);
     void CompleteSkin(const SceneObject& pSkin, const Json& pJson);
     void CompleteChannel(const SceneObject& pChannel, double& pStart, double& pEnd);
     void CompleteAnimation(const SceneObject& pAnimation, double pStart, double pEnd);
+    void CheckAttributes(const SceneObject& pPrimitive, const Json& pAttributes, const std::string& pPath);
+    void CheckRequiredExtensions();
     bool CheckAccessor(const SceneObject& pObject, const char* pPath, int pAccessor);
     void CheckNames();
 

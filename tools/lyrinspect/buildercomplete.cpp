@@ -58,14 +58,10 @@ int Clamped(std::size_t pCount) {
 // The group of the other projection is there, as in every instance, but means nothing.
 void Builder::CompleteCamera(const SceneObject& pCamera) {
     const bool lPerspective = HasChoice(pCamera, "type", "perspective");
-    if (!IsOverridden(pCamera, "type"))
-        mWarnings.Add(AddressOf(pCamera) + " does not state its type");
     Hide(pCamera, lPerspective ? "orthographic" : "perspective");
 }
 
 void Builder::CompleteLight(const SceneObject& pLight) {
-    if (!IsOverridden(pLight, "type"))
-        mWarnings.Add(AddressOf(pLight) + " does not state its type");
     if (!HasChoice(pLight, "type", "spot"))
         Hide(pLight, "spot");
 }
@@ -78,17 +74,27 @@ bool Builder::CheckAccessor(const SceneObject& pObject, const char* pPath, int p
     return false;
 }
 
-void Builder::CompletePrimitive(const SceneObject& pPrimitive) {
-    const KLyrPropertyHandle lAttributes = At(pPrimitive, "attributes");
-    for (KLyrPropertyHandle lAttribute = lAttributes.GetChild(); lAttribute.Valid();
-         lAttribute = lAttribute.GetSibling()) {
-        const std::string lPath = "attributes/" + Shortened(Escaped(lAttribute.GetName()), 40);
+// The members are named by the file and hold accessor numbers.
+void Builder::CheckAttributes(const SceneObject& pPrimitive, const Json& pAttributes, const std::string& pPath) {
+    if (!pAttributes.is_object())
+        return;
+    for (const auto& lAttribute : pAttributes.items()) {
+        const std::string lPath = pPath + '/' + Shortened(Escaped(lAttribute.key()), 40);
         int lAccessor = -1;
-        if (lAttribute.GetType() != eINTEGER1 || !lAttribute.Get(&lAccessor, eINTEGER1))
-            mWarnings.Add(AddressOf(pPrimitive) + ' ' + lPath + " is not an index");
-        else
+        if (ToInt(lAttribute.value(), lAccessor))
             CheckAccessor(pPrimitive, lPath.c_str(), lAccessor);
+        else
+            mWarnings.Add(AddressOf(pPrimitive) + ' ' + lPath + " is not an index");
     }
+}
+
+void Builder::CompletePrimitive(const SceneObject& pPrimitive, const Json& pJson) {
+    const Json* lAttributes = MemberOf(pJson, "attributes");
+    if (lAttributes)
+        CheckAttributes(pPrimitive, *lAttributes, "attributes");
+    const Json& lTargets = ArrayOf(pJson, "targets");
+    for (std::size_t i = 0; i < lTargets.size(); ++i)
+        CheckAttributes(pPrimitive, lTargets[i], "targets/" + std::to_string(i));
     const int lPositions = IntAt(pPrimitive, "attributes/POSITION", -1);
     if (mInput.buffers.AccessorAt(lPositions)) {
         SetInt(At(pPrimitive, "vertexCount"), Clamped(mInput.buffers.CountOf(lPositions)));
@@ -139,9 +145,7 @@ void Builder::CompleteImage(const SceneObject& pImage, const Json& pJson) {
 void Builder::CompleteSkin(const SceneObject& pSkin, const Json& pJson) {
     const Json* lJoints = MemberOf(pJson, "joints");
     const std::size_t lCount = lJoints && lJoints->is_array() ? lJoints->size() : 0;
-    if (lCount == 0)
-        mWarnings.Add(AddressOf(pSkin) + " has no joints");
-    else
+    if (lCount > 0)
         SetInt(At(pSkin, "jointCount"), Clamped(lCount));
     const Json* lMatrices = MemberOf(pJson, "inverseBindMatrices");
     int lAccessor = -1;

@@ -97,9 +97,12 @@ bool CheckAsset(const Json& pDocument, std::string& pError) {
         return false;
     }
     const Json* lMinimum = MemberOf(*lAsset, "minVersion");
-    const std::string& lText = lMinimum && lMinimum->is_string() ? lMinimum->get_ref<const std::string&>()
-                                                                 : lVersion->get_ref<const std::string&>();
-    if (MajorVersion(lText) != 2 || (lMinimum && lMinimum->is_string() && lText != "2.0")) {
+    const bool lStatesMinimum = lMinimum && lMinimum->is_string();
+    const std::string& lStated = lVersion->get_ref<const std::string&>();
+    // Where a lowest version is stated the other one may be later, but it has to be a version.
+    const std::string& lText =
+        lStatesMinimum && MajorVersion(lStated) >= 0 ? lMinimum->get_ref<const std::string&>() : lStated;
+    if (MajorVersion(lText) != 2 || (lStatesMinimum && lText != "2.0")) {
         pError = "needs glTF version " + Shortened(Quoted(lText), 40) + ", only 2.0 is supported";
         return false;
     }
@@ -112,6 +115,12 @@ bool ParseDocument(std::string_view pText, Json& pDocument, Warnings& pWarnings,
     const std::size_t lInvalid = FindInvalidUtf8(pText);
     if (lInvalid != std::string_view::npos) {
         pError = "not UTF-8: byte " + Escaped(pText.substr(lInvalid, 1)) + " at offset " + std::to_string(lInvalid);
+        return false;
+    }
+    // The parser takes a zero byte for the end. Some writers pad with them; anything else behind one would be lost.
+    const std::size_t lZero = pText.find('\0');
+    if (lZero != std::string_view::npos && pText.find_first_not_of('\0', lZero) != std::string_view::npos) {
+        pError = "not JSON: zero byte at offset " + std::to_string(lZero);
         return false;
     }
     NestingCheck lCheck;

@@ -1,6 +1,7 @@
 #include "tools/lyrinspect/inspect.h"
 
 #include <exception>
+#include <new>
 #include <ostream>
 
 #include "tools/lyrinspect/buffers.h"
@@ -189,8 +190,10 @@ int RunInspector(int pCount, const char* const* pArguments, const Surroundings& 
             default:
                 return Inspection(lOptions, pSurroundings).Run();
         }
+    } catch (const std::bad_alloc&) {
+        pSurroundings.errors << "lyrinspect: not enough memory\n";
+        return eExitUnreadable;
     } catch (const std::exception& lError) {
-        // Memory is the one thing that the checks before cannot promise.
         pSurroundings.errors << "lyrinspect: " << Escaped(lError.what()) << '\n';
         return eExitUnreadable;
     }

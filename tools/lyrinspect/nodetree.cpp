@@ -35,8 +35,6 @@ std::vector<int> BuildNodeTree(std::size_t pCount, const std::vector<NodeEdge>& 
         int& lParent = At(lParents, lEdge.child);
         if (lEdge.parent == lEdge.child)
             pWarnings.Add(pTitle(lEdge.child) + " is listed as its own child; the link is left out");
-        else if (lParent == lEdge.parent)
-            pWarnings.Add(pTitle(lEdge.child) + " is listed twice among the children of " + pTitle(lParent));
         else if (lParent >= 0)
             pWarnings.Add(pTitle(lEdge.child) + " already has the parent " + pTitle(lParent) + "; the link from " +
                           pTitle(lEdge.parent) + " is left out");

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <unordered_set>
 
 #include "tools/lyrinspect/text.h"
 #include "tools/lyrinspect/values.h"
@@ -38,6 +39,10 @@ bool IsNodeTransform(const std::string& pName) {
 }
 
 }  // namespace
+
+bool IsKnownExtension(const std::string& pName) {
+    return pName == kLights || pName == kTextureTransform;
+}
 
 void ObjectReader::Read(SceneObject& pObject, const Json& pJson, const std::vector<const char*>& pSkipped) {
     mObject = &pObject;
@@ -94,6 +99,8 @@ void ObjectReader::ReadMember(const KLyrPropertyHandle& pParent, const std::stri
         ReadExtensions(pParent, pValue);
         return;
     }
+    if (pName == "extensions")
+        WarnBelow(pParent, pName, "is " + Described(pValue) + ", not an object");
     const KLyrPropertyHandle lKnown = FindKnown(pParent, pName);
     if (lKnown.Valid())
         ReadKnown(lKnown, mScene.FactsOf(*mObject, lKnown), pValue);
@@ -132,18 +139,42 @@ void ObjectReader::ReadKnown(const KLyrPropertyHandle& pProperty, const Property
     const std::string lBreach = LimitBreach(pProperty);
     if (!lBreach.empty())
         Warn(pProperty, lBreach);
+    else if (IsOnOpenBound(pProperty, pFacts.row->limits))
+        Warn(pProperty, "is " + ValueText(pProperty) + ", which it must not reach");
 }
 
 void ObjectReader::ReadGroup(const KLyrPropertyHandle& pProperty, const PropertyFacts& pFacts, const Json& pValue) {
-    const bool lOpen = pFacts.row->choices[0] == '*';
-    if (lOpen && pValue.is_structured())
-        AddMembers(pProperty, pValue, pFacts.row->flags & LyrPropertyFlags::eANIMATABLE,
-                   std::strcmp(pFacts.row->choices, "*double") == 0);
-    else if (pValue.is_object())
-        ReadMembers(pProperty, pValue, {});
-    else
+    const std::string lChoices = pFacts.row->choices;
+    const bool lArray = lChoices.compare(0, 2, "*[") == 0;
+    if (lArray ? !pValue.is_array() : !pValue.is_object()) {
         Warn(pProperty,
-             "is " + Described(pValue) + (lOpen ? ", not an array or object" : ", not an object") + "; it is left out");
+             "is " + Described(pValue) + (lArray ? ", not an array" : ", not an object") + "; it is left out");
+        return;
+    }
+    if (lChoices.empty()) {
+        ReadMembers(pProperty, pValue, {});
+        return;
+    }
+    const std::string lElement = lArray ? lChoices.substr(2) : std::string();
+    AddMembers(pProperty, pValue, pFacts.row->flags & LyrPropertyFlags::eANIMATABLE, lElement == "double");
+    if (lArray)
+        CheckElements(pProperty, lElement, pValue);
+}
+
+// An element of another type is shown like the others: where it stands counts for those behind it.
+void ObjectReader::CheckElements(const KLyrPropertyHandle& pProperty, const std::string& pType, const Json& pValue) {
+    for (std::size_t i = 0; i < pValue.size(); ++i) {
+        const Json& lElement = pValue[i];
+        const bool lFits = pType == "double"   ? lElement.is_number()
+                           : pType == "string" ? lElement.is_string()
+                                               : lElement.is_object();
+        if (!lFits)
+            WarnBelow(pProperty, std::to_string(i),
+                      "is " + Described(lElement) + ", not " +
+                          (pType == "double"   ? "a number"
+                           : pType == "string" ? "a text"
+                                               : "an object"));
+    }
 }
 
 void ObjectReader::ReadReference(const KLyrPropertyHandle& pProperty, const PropertyFacts& pFacts, const Json& pValue) {
@@ -161,11 +192,14 @@ void ObjectReader::ReadReference(const KLyrPropertyHandle& pProperty, const Prop
         Warn(pProperty, "is " + Described(pValue) + (lMany ? ", not an array of indices" : ", not an index"));
         return;
     }
+    std::unordered_set<int> lListed;
     for (const Json& lElement : pValue) {
-        if (ToInt(lElement, lIndex))
-            mReferences.push_back({mObject, pProperty, lTarget, lIndex});
-        else
+        if (!ToInt(lElement, lIndex))
             Warn(pProperty, "lists " + Described(lElement) + ", which is not an index");
+        else if (!lListed.insert(lIndex).second)
+            Warn(pProperty, "lists " + std::to_string(lIndex) + " twice");
+        else
+            mReferences.push_back({mObject, pProperty, lTarget, lIndex});
     }
 }
 
@@ -183,8 +217,12 @@ void ObjectReader::ReadExtensions(const KLyrPropertyHandle& pParent, const Json&
 
 // False when the extension, or a part of it, is unknown and has to be shown as it stands.
 bool ObjectReader::ReadKnownExtension(const KLyrPropertyHandle& pParent, const std::string& pName, const Json& pValue) {
-    if (!pValue.is_object())
+    if (!pValue.is_object()) {
+        if (IsKnownExtension(pName))
+            WarnBelow(pParent, std::string("extensions") + mSeparator + pName,
+                      "is " + Described(pValue) + ", not an object");
         return false;
+    }
     if (pName == kLights && pParent.Is(mObject->root) && mObject->kind == ObjectKind::eDocument)
         return pValue.size() == 1 && pValue.contains("lights");
     if (pName == kLights && pParent.Is(mObject->root) && mObject->kind == ObjectKind::eNode) {
@@ -258,6 +296,11 @@ std::string ObjectReader::Text(const std::string& pText) {
 void ObjectReader::Warn(const KLyrPropertyHandle& pProperty, const std::string& pText) {
     const std::string lPath = Escaped(PathOf(pProperty, mSeparator));
     mWarnings.Add(AddressOf(*mObject) + (lPath.empty() ? "" : ' ' + lPath) + ' ' + pText);
+}
+
+void ObjectReader::WarnBelow(const KLyrPropertyHandle& pProperty, const std::string& pName, const std::string& pText) {
+    const std::string lPath = Escaped(PathOf(pProperty, mSeparator));
+    mWarnings.Add(AddressOf(*mObject) + ' ' + (lPath.empty() ? "" : lPath + mSeparator) + pName + ' ' + pText);
 }
 
 }  // namespace lyrsdk::inspect

@@ -23,6 +23,9 @@ struct Reference {
     int index;
 };
 
+// Whether the properties of an extension have rows, rather than being shown as they stand.
+bool IsKnownExtension(const std::string& pName);
+
 class ObjectReader {
 public:
     // pSeparator is the separator of paths, for the warnings about names that hold it.
@@ -45,6 +48,7 @@ private:
     void ReadMember(const KLyrPropertyHandle& pParent, const std::string& pName, const Json& pValue);
     void ReadKnown(const KLyrPropertyHandle& pProperty, const PropertyFacts& pFacts, const Json& pValue);
     void ReadGroup(const KLyrPropertyHandle& pProperty, const PropertyFacts& pFacts, const Json& pValue);
+    void CheckElements(const KLyrPropertyHandle& pProperty, const std::string& pType, const Json& pValue);
     void ReadReference(const KLyrPropertyHandle& pProperty, const PropertyFacts& pFacts, const Json& pValue);
     void ReadExtensions(const KLyrPropertyHandle& pParent, const Json& pValue);
     bool ReadKnownExtension(const KLyrPropertyHandle& pParent, const std::string& pName, const Json& pValue);
@@ -56,6 +60,8 @@ private:
                     bool pNumbersAreDouble);
     std::string Text(const std::string& pText);
     void Warn(const KLyrPropertyHandle& pProperty, const std::string& pText);
+    // About what stands, or would stand, below the property under that name.
+    void WarnBelow(const KLyrPropertyHandle& pProperty, const std::string& pName, const std::string& pText);
 
     Scene& mScene;
     Warnings& mWarnings;

@@ -59,8 +59,8 @@ constexpr PropertyRow kDocument[] = {
     {"asset/generator",    "Generator",           "string",    "", "", "", "",      kPlain, kStated},
     {"asset/copyright",    "Copyright",           "string",    "", "", "", "",      kPlain, kStated},
     {"scene",              "Default scene",       "reference", "", "", "", "scene", kPlain, kStated},
-    {"extensionsUsed",     "Extensions used",     "group",     "", "", "", "*",     kGroup, kStated},
-    {"extensionsRequired", "Extensions required", "group",     "", "", "", "*",     kGroup, kStated},
+    {"extensionsUsed",     "Extensions used",     "group",     "", "", "", "*[string", kGroup, kStated},
+    {"extensionsRequired", "Extensions required", "group",     "", "", "", "*[string", kGroup, kStated},
 };
 
 constexpr PropertyRow kScene[] = {
@@ -77,13 +77,13 @@ constexpr PropertyRow kNode[] = {
     {"camera",             "Camera",              "reference", "", "", "", "camera", kPlain, kStated},
     {"light",              "Light",               "reference", "", "", "", "light",  kPlain, kDerived},
     {"skin",               "Skin",                "reference", "", "", "", "skin",   kPlain, kStated},
-    {"weights",            "Morph weights",       "group",     "", "", "", "*double", kGroup | kAnim, kStated},
+    {"weights",            "Morph weights",       "group",     "", "", "", "*[double", kGroup | kAnim, kStated},
 };
 
 constexpr PropertyRow kMesh[] = {
     {"name",               "Name",                "string",    "", "", "", "",       kPlain, kStated},
     {"primitives",         "Primitives",          "reference", "", "", "", "",       kPlain, kDerived},
-    {"weights",            "Morph weights",       "group",     "", "", "", "*double", kGroup | kAnim, kStated},
+    {"weights",            "Morph weights",       "group",     "", "", "", "*[double", kGroup | kAnim, kStated},
 };
 
 // indices and attributes hold accessor numbers.
@@ -93,8 +93,8 @@ constexpr PropertyRow kPrimitive[] = {
         "POINTS=0|LINES=1|LINE_LOOP=2|LINE_STRIP=3|TRIANGLES=4|TRIANGLE_STRIP=5|TRIANGLE_FAN=6",     kPlain,    kStated},
     {"material",           "Material",            "reference", "",          "",     "",  "material", kPlain,    kStated},
     {"indices",            "Index accessor",      "int",       "-1",        "-1..", "",  "",         kPlain,    kStated},
-    {"attributes",         "Attributes",          "group",     "",          "",     "",  "*",        kGroup,    kStated},
-    {"targets",            "Morph targets",       "group",     "",          "",     "",  "*",        kGroup,    kStated},
+    {"attributes",         "Attributes",          "group",     "",          "",     "",  "*{",       kGroup,    kStated},
+    {"targets",            "Morph targets",       "group",     "",          "",     "",  "*[{",      kGroup,    kStated},
     {"vertexCount",        "Vertices",            "int",       "0",         "0..",  "",  "",         kComputed, kDerived},
     {"indexCount",         "Indices",             "int",       "0",         "0..",  "",  "",         kComputed, kDerived},
     {"boundsMin",          "Lower corner",        "double3",   "0,0,0",     "",     "",  "",         kComputed, kDerived},
@@ -149,15 +149,15 @@ constexpr PropertyRow kCamera[] = {
     {"name",                    "Name",            "string",   "",            "",   "",                        "", kPlain, kStated},
     {"type",                    "Projection",      "enum",     "perspective", "",   "", "perspective|orthographic", kPlain, kStated},
     {"perspective",             "Perspective",     "group",    "",            "",   "",                        "", kGroup, kStated},
-    {"perspective/aspectRatio", "Aspect ratio",    "double",   "0",           "0..", "0..4",                   "", kPlain, kStated},
-    {"perspective/yfov",        "Vertical field of view", "double", "0",      "0..", "0..3.141592653589793",   "", kPlain, kStated},
-    {"perspective/znear",       "Near plane",      "distance", "0",           "0..", "",                       "", kPlain, kStated},
-    {"perspective/zfar",        "Far plane",       "distance", "inf",         "0..", "",                       "", kPlain, kStated},
+    {"perspective/aspectRatio", "Aspect ratio",    "double",   "0",           ">0..", "0..4",                  "", kPlain, kStated},
+    {"perspective/yfov",        "Vertical field of view", "double", "0",      ">0..", "0..3.141592653589793",   "", kPlain, kStated},
+    {"perspective/znear",       "Near plane",      "distance", "0",           ">0..", "",                       "", kPlain, kStated},
+    {"perspective/zfar",        "Far plane",       "distance", "inf",         ">0..", "",                       "", kPlain, kStated},
     {"orthographic",            "Orthographic",    "group",    "",            "",   "",                        "", kGroup, kStated},
     {"orthographic/xmag",       "Half width",      "double",   "0",           "",   "",                        "", kPlain, kStated},
     {"orthographic/ymag",       "Half height",     "double",   "0",           "",   "",                        "", kPlain, kStated},
     {"orthographic/znear",      "Near plane",      "distance", "0",           "0..", "",                       "", kPlain, kStated},
-    {"orthographic/zfar",       "Far plane",       "distance", "0",           "0..", "",                       "", kPlain, kStated},
+    {"orthographic/zfar",       "Far plane",       "distance", "0",           ">0..", "",                       "", kPlain, kStated},
 };
 
 // Intensity in candela for point and spot lights, in lux for directional ones.
@@ -166,10 +166,10 @@ constexpr PropertyRow kLight[] = {
     {"type",                    "Type",        "enum",     "directional", "",     "", "directional|point|spot", kPlain, kStated},
     {"color",                   "Colour",      "double3",  "1,1,1",       "0..1", "",      "", kPlain, kStated},
     {"intensity",               "Intensity",   "double",   "1",           "0..",  "0..1000", "", kPlain, kStated},
-    {"range",                   "Range",       "distance", "inf",         "0..",  "",      "", kPlain, kStated},
+    {"range",                   "Range",       "distance", "inf",         ">0..", "",      "", kPlain, kStated},
     {"spot",                    "Spot cone",   "group",    "",            "",     "",      "", kGroup, kStated},
-    {"spot/innerConeAngle",     "Inner angle", "double",   "0",                  "0..1.5707963267948966", "", "", kPlain, kStated},
-    {"spot/outerConeAngle",     "Outer angle", "double",   "0.7853981633974483", "0..1.5707963267948966", "", "", kPlain, kStated},
+    {"spot/innerConeAngle",     "Inner angle", "double",   "0",                  "0..<1.5707963267948966", "", "", kPlain, kStated},
+    {"spot/outerConeAngle",     "Outer angle", "double",   "0.7853981633974483", ">0..1.5707963267948966", "", "", kPlain, kStated},
 };
 
 // inverseBindMatrices holds the bytes of the matrices when they are few.

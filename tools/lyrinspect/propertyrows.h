@@ -19,12 +19,14 @@ struct PropertyRow {
     const char* type;
     // The value where the file states none; "" is the zero or empty value. Numbers are separated by commas.
     const char* value;
-    // "min..max", either side may be empty; the second pair is what a slider would offer.
+    // "min..max", either side may be empty; the second pair is what a slider would offer. A bound that the value must
+    // not reach is ">min" or "<max": the property has it as its limit, the reader warns when the value is on it.
     const char* limits;
     const char* softLimits;
     // enum: the values, separated by '|', each with the number that stands for it in the file where it is not a text.
     // reference: the kind that an index in the file points at, with a '*' behind it when the file has an array of them.
-    // group: "*" when the file names the members, "*double" when they are numbers besides; empty when the rows do.
+    // group: empty when rows name the members. When the file does it is "*{" for an object and "*[" for an array, and
+    // behind that what the elements of an array are: "double", "string", or "{" for objects.
     const char* choices;
     LyrPropertyFlags::eLyrPropertyFlags flags;
     // Not read from the member of that name: computed by the inspector, or stated elsewhere in the file.

@@ -100,10 +100,10 @@ bool SetRange(KLyrPropertyHandle& pProperty, const std::string& pText, Bound pLo
     if (lDots == std::string::npos)
         return false;
     std::vector<double> lNumber;
-    const std::string lLow = pText.substr(0, lDots);
+    const std::string lLow = pText.substr(pText[0] == '>' ? 1 : 0, lDots - (pText[0] == '>' ? 1 : 0));
     if (!lLow.empty() && !(ParseNumbers(lLow, 1, lNumber) && SetBoundNumber(pProperty, pLow, lNumber[0])))
         return false;
-    const std::string lHigh = pText.substr(lDots + 2);
+    const std::string lHigh = pText.substr(lDots + (pText.compare(lDots, 3, "..<") == 0 ? 3 : 2));
     return lHigh.empty() || (ParseNumbers(lHigh, 1, lNumber) && SetBoundNumber(pProperty, pHigh, lNumber[0]));
 }
 
@@ -324,6 +324,19 @@ std::string LimitsText(const KLyrPropertyHandle& pProperty) {
 
 std::string SoftLimitsText(const KLyrPropertyHandle& pProperty) {
     return RangeText(pProperty, Bound::eSoftMin, Bound::eSoftMax);
+}
+
+bool IsOnOpenBound(const KLyrPropertyHandle& pProperty, const std::string& pLimits) {
+    double lValues[kMaxElements] = {};
+    double lBounds[kMaxElements] = {};
+    if (!GetElements(pProperty, nullptr, lValues))
+        return false;
+    const Bound lLow = Bound::eMin;
+    const Bound lHigh = Bound::eMax;
+    if (pLimits[0] == '>' && GetElements(pProperty, &lLow, lBounds) && lValues[0] == lBounds[0])
+        return true;
+    return pLimits.find("..<") != std::string::npos && GetElements(pProperty, &lHigh, lBounds) &&
+           lValues[0] == lBounds[0];
 }
 
 std::string LimitBreach(const KLyrPropertyHandle& pProperty) {

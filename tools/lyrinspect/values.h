@@ -48,4 +48,7 @@ std::string SoftLimitsText(const KLyrPropertyHandle& pProperty);
 // Says how the value breaks the property's limits, "3 is above 1"; empty when it does not, or has none.
 std::string LimitBreach(const KLyrPropertyHandle& pProperty);
 
+// True when the number is on a bound that pLimits, the limits of its row, says it must not reach.
+bool IsOnOpenBound(const KLyrPropertyHandle& pProperty, const std::string& pLimits);
+
 }  // namespace lyrsdk::inspect

@@ -188,5 +188,32 @@ TEST(Buffers, ResolveAddressesWithinAFolder) {
         EXPECT_FALSE(ResolveAddress("dir", lAddress, lPath)) << lAddress;
 }
 
+TEST(Buffers, MentionAnAccessorThatReachesOutOfItsView) {
+    const Loaded lLoaded(DocumentOf(DataBuffer(), {{"buffer", 0}, {"byteLength", 8}}, FloatAccessor(3)));
+    EXPECT_EQ(lLoaded.warnings.Texts(), std::vector<std::string>{"accessor:0 reaches out of its bufferView"});
+    EXPECT_EQ(lLoaded.buffers.CountOf(0), 3u);
+    EXPECT_TRUE(lLoaded.buffers.AccessorBytes(0, 100).empty());
+}
+
+TEST(Buffers, OfferNoDataOfASparseAccessor) {
+    Json lAccessor = FloatAccessor(2);
+    lAccessor["sparse"] = {{"count", 1}};
+    const Loaded lLoaded(DocumentOf(DataBuffer(), {{"buffer", 0}, {"byteLength", 8}}, lAccessor));
+    EXPECT_EQ(lLoaded.warnings.Texts(), std::vector<std::string>{"1 sparse accessor, the data of which is not shown"});
+    EXPECT_EQ(lLoaded.buffers.CountOf(0), 2u);
+    EXPECT_TRUE(lLoaded.buffers.AccessorBytes(0, 100).empty());
+}
+
+TEST(Buffers, RefuseComponentTypesAndStridesThatTheFormatDoesNotHave) {
+    Json lAccessor = FloatAccessor(2);
+    lAccessor["componentType"] = 5124;
+    const Loaded lInt(DocumentOf(DataBuffer(), {{"buffer", 0}, {"byteLength", 8}}, lAccessor));
+    EXPECT_EQ(lInt.warnings.Texts(), std::vector<std::string>{"accessor:0 is malformed"});
+    const Loaded lStride(
+        DocumentOf(DataBuffer(), {{"buffer", 0}, {"byteLength", 8}, {"byteStride", 0}}, FloatAccessor(2)));
+    EXPECT_EQ(lStride.warnings.Texts(),
+              std::vector<std::string>{"bufferView:0 is malformed or reaches out of its buffer"});
+}
+
 }  // namespace
 }  // namespace lyrsdk::inspect

@@ -54,6 +54,12 @@ TEST(Document, RefusesNumbersThatNoDoubleHolds) {
     EXPECT_EQ(ErrorOf(Document("\"extras\":123456789012345678901234567890")), "");
 }
 
+TEST(Document, RefusesWhatStandsBehindAZeroByte) {
+    EXPECT_EQ(ErrorOf(Document("") + std::string(3, '\0')), "");
+    EXPECT_EQ(ErrorOf(Document("") + std::string("\0more", 5)),
+              "not JSON: zero byte at offset " + std::to_string(Document("").size()));
+}
+
 TEST(Document, RefusesWhatIsNoGltf2) {
     EXPECT_EQ(ErrorOf("[]"), "not a glTF document: the JSON is an array of 0, not an object");
     EXPECT_EQ(ErrorOf("{}"), "not a glTF document: it has no asset.version");
@@ -63,6 +69,8 @@ TEST(Document, RefusesWhatIsNoGltf2) {
     EXPECT_EQ(ErrorOf("{\"asset\":{\"version\":\"2.1\",\"minVersion\":\"2.1\"}}"),
               "needs glTF version \"2.1\", only 2.0 is supported");
     EXPECT_EQ(ErrorOf("{\"asset\":{\"version\":\"2.1\",\"minVersion\":\"2.0\"}}"), "");
+    EXPECT_EQ(ErrorOf("{\"asset\":{\"version\":\"x\",\"minVersion\":\"2.0\"}}"),
+              "needs glTF version \"x\", only 2.0 is supported");
     EXPECT_EQ(ErrorOf("{\"asset\":{\"version\":\"2.7\"}}"), "");
 }
 

@@ -138,7 +138,7 @@ TEST(Inspect, DoesNotMistakeAMemberForAComputedPropertyOfTheSameName) {
 TEST(Inspect, ShowsTheLeftoversOfAKnownExtension) {
     const std::string lLight = "\"KHR_lights_punctual\":{\"light\":0,\"extras\":1}";
     const std::string lScene = Document(
-        "\"extensions\":{\"KHR_lights_punctual\":{\"lights\":[{\"type\":\"spot\"}]}},"
+        "\"extensions\":{\"KHR_lights_punctual\":{\"lights\":[{\"type\":\"point\"}]}},"
         "\"nodes\":[{\"extensions\":{" +
         lLight + "}}]");
     const Outcome lOutcome = InspectText(lScene);

@@ -36,12 +36,6 @@ TEST(NodeTree, LeavesANodeThatIsItsOwnChildOut) {
     EXPECT_EQ(lTree.warnings.Texts(), std::vector<std::string>{"n0 is listed as its own child; the link is left out"});
 }
 
-TEST(NodeTree, MentionsAChildThatIsListedTwice) {
-    const Tree lTree = TreeOf(2, {{0, 1}, {0, 1}});
-    EXPECT_EQ(lTree.parents, (std::vector<int>{-1, 0}));
-    EXPECT_EQ(lTree.warnings.Texts(), std::vector<std::string>{"n1 is listed twice among the children of n0"});
-}
-
 TEST(NodeTree, CutsEveryCycleOnce) {
     // 0 -> 1 -> 2 -> 0 with a tail 2 -> 3, and 4 -> 5 -> 4.
     const Tree lTree = TreeOf(6, {{0, 1}, {1, 2}, {2, 0}, {2, 3}, {4, 5}, {5, 4}});

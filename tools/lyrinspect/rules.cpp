@@ -1,0 +1,160 @@
+#include "tools/lyrinspect/rules.h"
+
+#include <string>
+
+namespace lyrsdk::inspect {
+
+namespace {
+
+enum class Demand {
+    // The member is there whenever the object that it belongs to is.
+    eRequired,
+    // The same, and it is not an empty array or object.
+    eFilled,
+    // The member is not an empty array or object.
+    eNotEmpty,
+    // The member is there when "type" is its name.
+    eChosen,
+    // The member does not stand beside the other one.
+    eExcludes,
+    // The member does not stand without the other one.
+    eNeeds,
+    // The member is a smaller number than the other one.
+    eBelow,
+    // The member is a number other than zero.
+    eNotZero,
+};
+
+struct Rule {
+    ObjectKind kind;
+    Demand demand;
+    const char* member;
+    const char* other;
+};
+
+constexpr Rule kRules[] = {
+    {ObjectKind::eScene, Demand::eNotEmpty, "nodes", ""},
+    {ObjectKind::eNode, Demand::eNotEmpty, "children", ""},
+    {ObjectKind::eNode, Demand::eNotEmpty, "weights", ""},
+    {ObjectKind::eNode, Demand::eExcludes, "matrix", "translation"},
+    {ObjectKind::eNode, Demand::eExcludes, "matrix", "rotation"},
+    {ObjectKind::eNode, Demand::eExcludes, "matrix", "scale"},
+    {ObjectKind::eNode, Demand::eNeeds, "skin", "mesh"},
+    {ObjectKind::eNode, Demand::eNeeds, "weights", "mesh"},
+    {ObjectKind::eNode, Demand::eRequired, "extensions/KHR_lights_punctual/light", ""},
+    {ObjectKind::eMesh, Demand::eFilled, "primitives", ""},
+    {ObjectKind::eMesh, Demand::eNotEmpty, "weights", ""},
+    {ObjectKind::ePrimitive, Demand::eFilled, "attributes", ""},
+    {ObjectKind::ePrimitive, Demand::eNotEmpty, "targets", ""},
+    {ObjectKind::eMaterial, Demand::eRequired, "pbrMetallicRoughness/baseColorTexture/index", ""},
+    {ObjectKind::eMaterial, Demand::eRequired, "pbrMetallicRoughness/metallicRoughnessTexture/index", ""},
+    {ObjectKind::eMaterial, Demand::eRequired, "normalTexture/index", ""},
+    {ObjectKind::eMaterial, Demand::eRequired, "occlusionTexture/index", ""},
+    {ObjectKind::eMaterial, Demand::eRequired, "emissiveTexture/index", ""},
+    {ObjectKind::eImage, Demand::eExcludes, "uri", "bufferView"},
+    {ObjectKind::eImage, Demand::eNeeds, "bufferView", "mimeType"},
+    {ObjectKind::eCamera, Demand::eRequired, "type", ""},
+    {ObjectKind::eCamera, Demand::eExcludes, "perspective", "orthographic"},
+    {ObjectKind::eCamera, Demand::eChosen, "perspective", ""},
+    {ObjectKind::eCamera, Demand::eRequired, "perspective/yfov", ""},
+    {ObjectKind::eCamera, Demand::eRequired, "perspective/znear", ""},
+    {ObjectKind::eCamera, Demand::eBelow, "perspective/znear", "perspective/zfar"},
+    {ObjectKind::eCamera, Demand::eChosen, "orthographic", ""},
+    {ObjectKind::eCamera, Demand::eRequired, "orthographic/xmag", ""},
+    {ObjectKind::eCamera, Demand::eNotZero, "orthographic/xmag", ""},
+    {ObjectKind::eCamera, Demand::eRequired, "orthographic/ymag", ""},
+    {ObjectKind::eCamera, Demand::eNotZero, "orthographic/ymag", ""},
+    {ObjectKind::eCamera, Demand::eRequired, "orthographic/znear", ""},
+    {ObjectKind::eCamera, Demand::eRequired, "orthographic/zfar", ""},
+    {ObjectKind::eCamera, Demand::eBelow, "orthographic/znear", "orthographic/zfar"},
+    {ObjectKind::eLight, Demand::eRequired, "type", ""},
+    {ObjectKind::eLight, Demand::eChosen, "spot", ""},
+    {ObjectKind::eLight, Demand::eBelow, "spot/innerConeAngle", "spot/outerConeAngle"},
+    {ObjectKind::eSkin, Demand::eFilled, "joints", ""},
+    {ObjectKind::eAnimation, Demand::eFilled, "channels", ""},
+    {ObjectKind::eAnimation, Demand::eFilled, "samplers", ""},
+    {ObjectKind::eChannel, Demand::eRequired, "sampler", ""},
+    {ObjectKind::eChannel, Demand::eRequired, "target", ""},
+    {ObjectKind::eChannel, Demand::eRequired, "target/path", ""},
+};
+
+// Takes the first name off pPath.
+std::string TakeName(std::string& pPath) {
+    const std::size_t lSlash = pPath.find('/');
+    const std::string lName = pPath.substr(0, lSlash);
+    pPath.erase(0, lSlash == std::string::npos ? lSlash : lSlash + 1);
+    return lName;
+}
+
+// The member at pPath, null when it is not there. pMissing says whether an object lacks it.
+const Json* MemberAt(const Json& pJson, std::string pPath, bool& pMissing) {
+    const Json* lJson = &pJson;
+    while (lJson && !pPath.empty()) {
+        const std::string lName = TakeName(pPath);
+        pMissing = pPath.empty() && lJson->is_object();
+        lJson = MemberOf(*lJson, lName.c_str());
+    }
+    pMissing = pMissing && !lJson;
+    return lJson;
+}
+
+bool IsEmpty(const Json* pJson) {
+    return pJson && pJson->is_structured() && pJson->empty();
+}
+
+bool IsNumber(const Json* pJson) {
+    return pJson && pJson->is_number();
+}
+
+// What is wrong, as the end of a sentence that starts with the object; empty when nothing is.
+std::string Complaint(const Rule& pRule, const Json& pJson) {
+    const std::string lName = pRule.member;
+    bool lMissing = false;
+    bool lOtherMissing = false;
+    const Json* lMember = MemberAt(pJson, lName, lMissing);
+    const Json* lOther = MemberAt(pJson, pRule.other, lOtherMissing);
+    switch (pRule.demand) {
+        case Demand::eRequired:
+            return lMissing ? "has no " + lName : "";
+        case Demand::eFilled:
+            return lMissing || IsEmpty(lMember) ? "has no " + lName : "";
+        case Demand::eNotEmpty:
+            return IsEmpty(lMember) ? lName + " is empty" : "";
+        case Demand::eChosen: {
+            const Json* lType = MemberOf(pJson, "type");
+            return lMissing && lType && *lType == lName ? "is of type " + lName + ", but has no " + lName : "";
+        }
+        case Demand::eExcludes:
+            return lMember && lOther ? "has both " + lName + " and " + pRule.other : "";
+        case Demand::eNeeds:
+            return lMember && lOtherMissing ? "has " + lName + ", but no " + pRule.other : "";
+        case Demand::eBelow:
+            return IsNumber(lMember) && IsNumber(lOther) && lMember->get<double>() >= lOther->get<double>()
+                       ? lName + ' ' + lMember->dump() + " is not below " + pRule.other + ' ' + lOther->dump()
+                       : "";
+        default:
+            return IsNumber(lMember) && lMember->get<double>() == 0 ? lName + " is 0" : "";
+    }
+}
+
+void Check(const Rule& pRule, const SceneObject& pObject, const Json& pJson, const char* pPart, Warnings& pWarnings) {
+    const std::string lComplaint = Complaint(pRule, pJson);
+    if (!lComplaint.empty())
+        pWarnings.Add(AddressOf(pObject) + pPart + ' ' + lComplaint);
+}
+
+}  // namespace
+
+void CheckRules(const SceneObject& pObject, const Json& pJson, Warnings& pWarnings) {
+    for (const Rule& lRule : kRules) {
+        if (lRule.kind == pObject.kind)
+            Check(lRule, pObject, pJson, "", pWarnings);
+    }
+}
+
+void CheckChannelSampler(const SceneObject& pChannel, const Json& pSampler, Warnings& pWarnings) {
+    for (const char* lName : {"input", "output"})
+        Check({ObjectKind::eChannel, Demand::eRequired, lName, ""}, pChannel, pSampler, " sampler", pWarnings);
+}
+
+}  // namespace lyrsdk::inspect
