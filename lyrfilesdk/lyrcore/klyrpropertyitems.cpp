@@ -88,23 +88,12 @@ KLyrPropertyInfo::~KLyrPropertyInfo() {
 }
 
 void KLyrPropertyInfo::LinkToTypeInfo() {
-    if (!mTypeInfo)
-        return;
-    mTypeInfoLink = &mTypeInfo->mTypedInfos;
-    mNextOfTypeInfo = *mTypeInfoLink;
-    if (mNextOfTypeInfo)
-        mNextOfTypeInfo->mTypeInfoLink = &mNextOfTypeInfo;
-    *mTypeInfoLink = this;
+    if (mTypeInfo)
+        detail::Insert<&KLyrPropertyInfo::mOfTypeInfo>(this, mTypeInfo->mTypedInfos);
 }
 
 void KLyrPropertyInfo::UnlinkFromTypeInfo() {
-    if (!mTypeInfoLink)
-        return;
-    *mTypeInfoLink = mNextOfTypeInfo;
-    if (mNextOfTypeInfo)
-        mNextOfTypeInfo->mTypeInfoLink = mTypeInfoLink;
-    mTypeInfoLink = nullptr;
-    mNextOfTypeInfo = nullptr;
+    detail::TakeOut<&KLyrPropertyInfo::mOfTypeInfo>(this);
     mTypeInfo = nullptr;
 }
 
@@ -197,9 +186,20 @@ KLyrPropertyConnect* KLyrPropertyConnect::Create(KLyrPropertyPage* pPage, int pI
 }
 
 KLyrPropertyConnect::KLyrPropertyConnect(KLyrPropertyPage* pPage, int pId)
-    : mRef(0), mConnectionPoint(this), mPage(pPage), mId(pId) {}
+    : mRef(0), mConnectionPoint(this), mPage(pPage), mId(pId) {
+    if (mPage)
+        detail::Insert<&KLyrPropertyConnect::mOfPage>(this, mPage->mConnects);
+}
+
+// The property that this item leads to is gone.
+void KLyrPropertyConnect::Retire() {
+    WipeAllConnections();
+    detail::TakeOut<&KLyrPropertyConnect::mOfPage>(this);
+    mPage = nullptr;
+}
 
 KLyrPropertyConnect::~KLyrPropertyConnect() {
+    detail::TakeOut<&KLyrPropertyConnect::mOfPage>(this);
     if (KLyrPlug::GetWipeMode())
         mConnectionPoint.WipeConnectionList();
 }

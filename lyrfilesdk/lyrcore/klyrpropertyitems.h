@@ -44,6 +44,33 @@ void Discard(T* pItem) {
     }
 }
 
+// An item's place in a list of items that their owner does not own. pMember of Insert and TakeOut names the place.
+template <typename T>
+struct Link {
+    T** mBack = nullptr;  // what points at the item; null outside a list
+    T* mNext = nullptr;
+};
+
+template <auto pMember, typename T>
+void Insert(T* pItem, T*& pFirst) {
+    (pItem->*pMember).mBack = &pFirst;
+    (pItem->*pMember).mNext = pFirst;
+    if (pFirst)
+        (pFirst->*pMember).mBack = &(pItem->*pMember).mNext;
+    pFirst = pItem;
+}
+
+// Does nothing for an item outside a list.
+template <auto pMember, typename T>
+void TakeOut(T* pItem) {
+    Link<T>& lLink = pItem->*pMember;
+    if (lLink.mBack)
+        *lLink.mBack = lLink.mNext;
+    if (lLink.mNext)
+        (lLink.mNext->*pMember).mBack = lLink.mBack;
+    lLink = Link<T>();
+}
+
 }  // namespace detail
 
 // The flags of one property on one page. Bits 0 to 15 are the flags, bit 16 + k says that flag bit k is set here and
@@ -230,8 +257,7 @@ private:
     // The type of the bounds, eUNIDENTIFIED before the first one.
     ELyrType mBoundType = eUNIDENTIFIED;
     // The descriptions that one page types are linked, so that none keeps a pointer to a page that is gone.
-    KLyrPropertyInfo** mTypeInfoLink = nullptr;
-    KLyrPropertyInfo* mNextOfTypeInfo = nullptr;
+    detail::Link<KLyrPropertyInfo> mOfTypeInfo;
 };
 
 // The connection point of a property, with the way back to the property.
@@ -247,7 +273,7 @@ public:
             LyrSdkDelete(this);
     }
 
-    // Null once the property is gone that this item was made for.
+    // The page that this item was made for, whoever holds the item; null once that page or its property is gone.
     KLyrPropertyPage* GetPage() const { return mPage; }
     int GetPropertyId() const { return mId; }
 
@@ -277,10 +303,15 @@ private:
     KLyrPropertyConnect(const KLyrPropertyConnect&) = delete;
     KLyrPropertyConnect& operator=(const KLyrPropertyConnect&) = delete;
 
+    void Retire();
+
     int mRef;
     KLyrConnectionPoint mConnectionPoint;
     KLyrPropertyPage* mPage;
     kLyrPropertyId mId;
+
+    // The items that were made for one page are linked, so that none keeps a pointer to a page that is gone.
+    detail::Link<KLyrPropertyConnect> mOfPage;
 };
 
 // One property on one page.

@@ -111,10 +111,8 @@ KLyrPropertyPage::~KLyrPropertyPage() {
 // A connection item may be held beyond its property; nobody must come back here through it.
 void KLyrPropertyPage::DestroyEntry(int pId, KLyrPropertyEntry* pEntry) {
     KLyrPropertyConnect* lConnect = pEntry->Get(static_cast<const KLyrPropertyConnect*>(nullptr));
-    if (lConnect && lConnect->mPage == this && lConnect->mId == pId) {
-        lConnect->WipeAllConnections();
-        lConnect->mPage = nullptr;
-    }
+    if (lConnect && lConnect->mPage == this && lConnect->mId == pId)
+        lConnect->Retire();
     pEntry->Destroy();
 }
 
@@ -123,10 +121,8 @@ void KLyrPropertyPage::Retire() {
     mDataPtr = nullptr;
     EndCreateOrFindProperty();
     ReleaseTypedInfos();
-    for (auto lIt = mEntries.Begin(); lIt != mEntries.End(); ++lIt)
-        if (KLyrPropertyConnect* lConnect = lIt->GetValue()->Get(static_cast<const KLyrPropertyConnect*>(nullptr)))
-            if (lConnect->mPage == this)
-                lConnect->WipeAllConnections();
+    while (mConnects)
+        mConnects->Retire();
 }
 
 // Detaches every instance that has got its copies. False when one is left for want of memory.
@@ -268,9 +264,19 @@ int KLyrPropertyPage::AddEntry(int pParentId, KLyrPropertyInfo* pInfo, KLyrPrope
     return mIdGenerator->GetNextIdAndInc();
 }
 
+// Nothing else has ids from pFirstId on. The names that the Add put into the bracket's map go too.
 void KLyrPropertyPage::UndoAdd(int pFirstId) {
-    while (const KEntryMap::RecordType* lRecord = mEntries.UpperBound(pFirstId - 1))
-        RemoveOwnEntry(lRecord->GetKey());
+    KNameMap& lNames = mCreateOrFind.mSecond;
+    while (const KEntryMap::RecordType* lRecord = mEntries.UpperBound(pFirstId - 1)) {
+        const int lId = lRecord->GetKey();
+        const KLyrPropertyEntry* lEntry = lRecord->GetValue();
+        const KLyrPropertyInfo* lInfo = lEntry->Get(static_cast<const KLyrPropertyInfo*>(nullptr));
+        const KPair<int, const char*> lKey(lEntry->GetParentId(), lInfo ? lInfo->GetNameText() : "");
+        const KNameMap::RecordType* lName = lInfo && lNames.GetSize() > 0 ? lNames.Find(lKey) : nullptr;
+        if (lName && lName->GetValue() == lId)
+            lNames.Remove(lKey);
+        RemoveOwnEntry(lId);
+    }
 }
 
 // --- entries and values --------------------------------------------------------------------------------------------

@@ -196,7 +196,7 @@ public:
     bool ModifyFlags(int pId, eLyrPropertyFlags pFlags, bool pValue, bool pCheckFlagEquality);
 
     // Moves this page's own descriptions, values and flags into the page it is an instance of. What is seen through
-    // this page stays the same. Connections stay here. Nothing without a parent.
+    // this page stays the same. Connections stay here. Nothing without a parent, or with one that was destroyed.
     void PushPropertiesToParentInstance();
 
     // --- the property tree -----------------------------------------------------------------------------------------
@@ -256,8 +256,11 @@ public:
 
 private:
     LYRSDK_MADE_BY_FACTORY
+    friend class KLyrPropertyConnect;
     friend class KLyrPropertyInfo;
     friend struct KLyrLayout;
+
+    class ExpansionLevel;
 
     KLyrPropertyPage();
     ~KLyrPropertyPage();
@@ -298,6 +301,10 @@ private:
 
     // The descriptions that this page types, linked.
     KLyrPropertyInfo* mTypedInfos = nullptr;
+    // The connection items that were made for this page, linked.
+    KLyrPropertyConnect* mConnects = nullptr;
+    // While this page is being copied into another one: which copying that is.
+    const ExpansionLevel* mExpansion = nullptr;
     // Where this page was put into its instance-of page's instances; a guess that is checked.
     int mInstanceIndex = 0;
     // Destroyed by the application, but kept for the instances.

@@ -242,8 +242,9 @@ bool KLyrPropertyPage::ModifyFlags(int pId, eLyrPropertyFlags pFlags, bool pValu
 
 // --- push ----------------------------------------------------------------------------------------------------------
 
+// A parent that was destroyed and only lives on for its instances takes nothing: they are to read the same.
 void KLyrPropertyPage::PushPropertiesToParentInstance() {
-    if (!mInstanceOf)
+    if (!mInstanceOf || mInstanceOf->mDestroyPending)
         return;
     for (const KEntryMap::RecordType* lRecord = mEntries.UpperBound(-1); lRecord;) {
         const int lId = lRecord->GetKey();

@@ -22,7 +22,7 @@ public:
     };
 
     // The tree of pPage without the ids from pEnd on; null when there is no memory.
-    static TypeTree* Create(const KLyrPropertyPage* pPage, long long pEnd) {
+    static TypeTree* Create(KLyrPropertyPage* pPage, long long pEnd) {
         TypeTree* lTree = LyrSdkNew<TypeTree>(pPage);
         if (lTree && !lTree->Build(pEnd)) {
             LyrSdkDelete(lTree);
@@ -31,12 +31,12 @@ public:
         return lTree;
     }
 
-    explicit TypeTree(const KLyrPropertyPage* pPage) : mPage(pPage) {}
+    explicit TypeTree(KLyrPropertyPage* pPage) : mPage(pPage) {}
     ~TypeTree() { LyrSdkFree(mNodes); }
     TypeTree(const TypeTree&) = delete;
     TypeTree& operator=(const TypeTree&) = delete;
 
-    const KLyrPropertyPage* Page() const { return mPage; }
+    KLyrPropertyPage* Page() const { return mPage; }
     const Node& At(int pNode) const { return mNodes[pNode]; }
 
 private:
@@ -81,33 +81,48 @@ private:
         pParent.mLastChild = pChild;
     }
 
-    const KLyrPropertyPage* mPage;
+    KLyrPropertyPage* mPage;
     Node* mNodes = nullptr;
 };
 
+}  // namespace
+
 // One level of an expansion: the children of one property of a type page that are still to be copied. The levels are
-// kept on the heap, because a tree may be deeper than the stack.
-class Level {
+// kept on the heap, because a tree may be deeper than the stack. A page that is being expanded is marked with the level
+// at the bottom, so that it is known at once; what a report's handler adds meanwhile is another expansion.
+class KLyrPropertyPage::ExpansionLevel {
 public:
+    using Level = ExpansionLevel;
+
     // The first level of pTree, which it owns from then on.
-    Level(Level* pBelow, TypeTree* pTree, int pCopyParent)
-        : mBelow(pBelow), mTypeLevel(this), mTree(pTree), mNode(pTree->At(0).mFirstChild), mCopyParent(pCopyParent) {}
-    // The level of the children of node pOf, within the tree of pBelow.
-    Level(Level* pBelow, int pOf, int pCopyParent)
+    ExpansionLevel(Level* pBelow, TypeTree* pTree, int pCopyParent)
         : mBelow(pBelow),
-          mTypeLevel(pBelow->mTypeLevel),
+          mBottom(pBelow ? pBelow->mBottom : this),
+          mTree(pTree),
+          mNode(pTree->At(0).mFirstChild),
+          mCopyParent(pCopyParent),
+          mOwnsTree(true),
+          mMarkBefore(Page()->mExpansion) {
+        Page()->mExpansion = mBottom;
+    }
+    // The level of the children of node pOf, within the tree of pBelow.
+    ExpansionLevel(Level* pBelow, int pOf, int pCopyParent)
+        : mBelow(pBelow),
+          mBottom(pBelow->mBottom),
           mTree(pBelow->mTree),
           mNode(mTree->At(pOf).mFirstChild),
           mCopyParent(pCopyParent) {}
-    ~Level() {
-        if (mTypeLevel == this)
-            LyrSdkDelete(mTree);
+    ~ExpansionLevel() {
+        if (!mOwnsTree)
+            return;
+        Page()->mExpansion = mMarkBefore;
+        LyrSdkDelete(mTree);
     }
-    Level(const Level&) = delete;
-    Level& operator=(const Level&) = delete;
+    ExpansionLevel(const ExpansionLevel&) = delete;
+    ExpansionLevel& operator=(const ExpansionLevel&) = delete;
 
     // Opens the tree of a type page on top of pBelow; null when there is no memory.
-    static Level* Open(Level* pBelow, const KLyrPropertyPage* pPage, long long pEnd, int pCopyParent) {
+    static Level* Open(Level* pBelow, KLyrPropertyPage* pPage, long long pEnd, int pCopyParent) {
         TypeTree* lTree = TypeTree::Create(pPage, pEnd);
         Level* lLevel = lTree ? LyrSdkNew<Level>(pBelow, lTree, pCopyParent) : nullptr;
         if (!lLevel)
@@ -116,7 +131,7 @@ public:
     }
 
     Level* Below() const { return mBelow; }
-    const KLyrPropertyPage* Page() const { return mTree->Page(); }
+    KLyrPropertyPage* Page() const { return mTree->Page(); }
     int CopyParent() const { return mCopyParent; }
     // The node to copy next, and steps on; -1 when there is none.
     int TakeNode() {
@@ -129,20 +144,19 @@ public:
     bool HasChildren(int pNode) const { return mTree->At(pNode).mFirstChild >= 0; }
 
     // Whether pPage is being expanded here or below.
-    bool Expands(const KLyrPropertyPage* pPage) const {
-        for (const Level* l = mTypeLevel; l; l = l->mBelow ? l->mBelow->mTypeLevel : nullptr)
-            if (l->Page() == pPage)
-                return true;
-        return false;
-    }
+    bool Expands(const KLyrPropertyPage* pPage) const { return pPage->mExpansion == mBottom; }
 
 private:
     Level* mBelow;
-    const Level* mTypeLevel;  // the level that opened this tree
+    const Level* mBottom;
     TypeTree* mTree;
     int mNode;
     int mCopyParent;
+    bool mOwnsTree = false;
+    const Level* mMarkBefore = nullptr;
 };
+
+namespace {
 
 bool RefuseRecursion() {
     LYRSDK_REPORT("lyrfilesdk/lyrcore/klyrpropertypage", __LINE__, "Recursive type info");
@@ -176,6 +190,7 @@ int KLyrPropertyPage::AddClone(int pParentId, const KLyrPropertyPage* pFrom, int
 // what its type page holds below it is left out; any other child brings its own children along. Pages of this family
 // may show the copies while they are made, so ids from pId on are not taken as theirs.
 bool KLyrPropertyPage::Expand(int pId, KLyrPropertyPage* pTypeInfo) {
+    using Level = ExpansionLevel;
     if (pTypeInfo == this)
         return RefuseRecursion();
     const auto lEndOf = [this, pId](const KLyrPropertyPage* pPage) {

@@ -364,6 +364,15 @@ TEST_F(PropertyLifetimesWithoutMemory, ADestroyedPageTypesNothing) {
     EXPECT_EQ(lTyped.GetType(), eSTRING);
 }
 
+TEST_F(PropertyLifetimesWithoutMemory, ADestroyedPageTakesNothingFromItsInstances) {
+    OwnedRoot lOther(H::Create(mPage));
+    DestroyThePage();
+    SetText(*lOther, "its own");
+    lOther->PushPropertiesToParentInstance();
+    EXPECT_EQ(TextOf(*lOther), "its own");
+    EXPECT_EQ(TextOf(*mInstance), "still read");
+}
+
 // --- memory that does not grow ---------------------------------------------------------------------------------------
 
 // A page keeps the records of entries that went until it goes itself; everything else is given back at once. So these

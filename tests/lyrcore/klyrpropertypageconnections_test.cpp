@@ -444,6 +444,25 @@ TEST_F(KLyrPropertyPageConnections, AreFoundThroughAnItemThatTheCallerGave) {
     ExpectDst(mLamp, mPower, 0, mCurve, 1000);
 }
 
+TEST_F(KLyrPropertyPageConnections, AnItemLeadsToNoPageThatIsGoneWhoeverHoldsIt) {
+    OwnedPage lGone(KLyrPropertyPage::Create("gone", eUNIDENTIFIED));
+    const Counted<KLyrPropertyConnect> lAlone(KLyrPropertyConnect::Create(lGone.get(), 0));
+    const Counted<KLyrPropertyConnect> lOtherId(KLyrPropertyConnect::Create(lGone.get(), 7));
+    const Counted<KLyrPropertyConnect> lElsewhere(KLyrPropertyConnect::Create(lGone.get(), 0));
+    ASSERT_GE(lGone->Add(0, nullptr, nullptr, lOtherId.Get(), false), 0);
+    const int lId = mLamp->Add(0, nullptr, nullptr, lElsewhere.Get(), false);
+    ASSERT_TRUE(mCurve->ConnectSrc(mOut, mLamp.get(), lId, eLyrConnectionUser));
+    KLyrPropertyConnect* lPeer = mCurve->GetPropertyItem<KLyrPropertyConnect>(nullptr, mOut);
+    for (KLyrPropertyConnect* lItem : {lAlone.Get(), lOtherId.Get()})
+        ASSERT_TRUE(lPeer->ConnectSrc(lItem, eLyrConnectionUser));
+    ASSERT_EQ(mCurve->GetSrcCount(mOut, nullptr), 3);
+
+    lGone.reset();
+    EXPECT_EQ(mCurve->GetSrcCount(mOut, nullptr), 0);
+    for (const KLyrPropertyConnect* lItem : {lAlone.Get(), lOtherId.Get(), lElsewhere.Get()})
+        EXPECT_EQ(lItem->GetPage(), nullptr);
+}
+
 TEST_F(KLyrPropertyPageConnections, OfSomeThousandInstancesToOneSourceComeAndGo) {
     std::vector<OwnedPage> lPages;
     for (int i = 0; i < 3000; ++i) {

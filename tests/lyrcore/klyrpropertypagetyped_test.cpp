@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <utility>
 
 #include "lyrfilesdk/lyrcore/klyrpropertypage.h"
+#include "tests/support/memory_probe.h"
 #include "tests/support/page_family.h"
 #include "tests/support/report_recorder.h"
 
@@ -287,6 +289,37 @@ TEST_F(KLyrPropertyPageTypedTest, UsingATypePageTwiceSideBySideIsNoRecursion) {
 
 // --- type pages of the same family -----------------------------------------------------------------------------------
 
+KLyrPropertyPage* sgAddedTo = nullptr;
+KLyrPropertyPage* sgAddedType = nullptr;
+
+void AddWhenReported(const char*, const char*, unsigned long, const char*, bool*) {
+    // What is added here reports as well.
+    if (KLyrPropertyPage* lPage = std::exchange(sgAddedTo, nullptr))
+        lPage->Add(0, "p", sgAddedType);
+}
+
+TEST_F(KLyrPropertyPageTypedTest, AReportsHandlerMayAddTheSameTypeMeanwhile) {
+    const OwnedPage lA = MakeRoot("a", eDOUBLE1);
+    const OwnedPage lB = MakeRoot("b", eDOUBLE1);
+    lA->Add(0, "to b", lB.get());
+    {
+        ReportRecorder lReports;
+        lB->Add(0, "to a", lA.get());
+        EXPECT_EQ(TakeRecursionReports(lReports), 1);
+    }
+    AddNumber(lA, 0, "x", 1);
+    const OwnedPage lPage = MakeRoot();
+    const OwnedPage lOther = MakeRoot();
+    sgAddedTo = lOther.get();
+    sgAddedType = lA.get();
+    const KAssertFailedHandler lBefore = KSetAssertFailedHandler(&AddWhenReported);
+    lPage->Add(0, "p", lA.get());
+    lPage->Add(0, "q", lA.get());
+    KSetAssertFailedHandler(lBefore);
+    EXPECT_EQ(Tree(lOther, 0), "p=0(to b=0(to a=0) x=1)");
+    EXPECT_EQ(Tree(lPage, 0), "p=0(to b=0(to a=0) x=1) q=0(to b=0(to a=0) x=1)");
+}
+
 TEST_F(KLyrPropertyPageTypedTest, ThePageAboveMayBeTheType) {
     const OwnedPage lRoot = MakeRoot("root", eDOUBLE1);
     AddNumber(lRoot, AddNumber(lRoot, 0, "x", 1), "y", 2);
@@ -430,6 +463,21 @@ TEST_F(KLyrPropertyPageTypedTest, NothingIsAddedWhenTheIdsEndInTheMiddle) {
     EXPECT_EQ(lPage->Add(0, "p", lType.get()), -1);
     EXPECT_EQ(Held(lPage), lBefore);
     EXPECT_EQ(ChildrenOf(lPage, 0), std::vector<int>());
+}
+
+TEST_F(KLyrPropertyPageTypedTest, ABracketKeepsNoNameOfWhatCouldNotBeAdded) {
+    const OwnedPage lType = MakeRoot("t", eDOUBLE1);
+    AddNumber(lType, AddNumber(lType, 0, "x", 1), "y", 2);
+    const OwnedPage lPage = MakeRoot();
+    ASSERT_TRUE(lPage->GetIdGenerator()->SkipTo(INT_MAX - 1));
+    lPage->BeginCreateOrFindProperty();
+    // Texts of names are kept while a bracket is open.
+    const KLyrStringSymbol lName("p");
+    const std::size_t lBlocks = MemoryProbe::LiveBlocks();
+    EXPECT_EQ(lPage->Add(0, "p", lType.get()), -1);
+    EXPECT_EQ(MemoryProbe::LiveBlocks(), lBlocks);
+    EXPECT_EQ(lPage->FastFind(0, "p", nullptr, true), -1);
+    lPage->EndCreateOrFindProperty();
 }
 
 TEST_F(KLyrPropertyPageTypedTest, LastIdsAreEnoughForATreeThatNeedsThemAll) {
