@@ -16,9 +16,9 @@ const T& Pick(const T (&pPool)[Count], unsigned pNumber) {
 
 constexpr const char* kPaths[] = {"a", "a|b", "A|b", "a|b|c", "a||b", "a|", "|a", "a/b|c", "x/y", "", "b/c/a", "Bb|a"};
 
-constexpr int kTypes[] = {kInt,    kDouble,  kFloat, kByte,      kBool,  kVector2, kVector3, kVector4,
-                          kEnum,   kString,  kTime,  kBlob,      kShort, kDouble,  kInt,     kEnum,
-                          kString, kVector3, kNone,  kReference, 24,     -1,       INT_MAX};
+constexpr int kTypes[] = {kInt,    kDouble,    kFloat, kByte,  kBool,   kVector2, kVector3, kVector4, kEnum,
+                          kString, kTime,      kBlob,  kShort, kDouble, kInt,     kEnum,    kString,  kVector3,
+                          kNone,   kReference, 24,     -1,     INT_MAX, kEnum,    kEnum};
 
 constexpr unsigned kFlagSets[] = {0x1,    0x2,  0x4,    0x8,    0x40,   0x80, 0x100,  0x2000,  0x4000,
                                   0x3,    0x41, 0x7FFF, 0x4001, 0x7F00, 0x1,  0x2,    0x40,    0x0,
@@ -49,7 +49,7 @@ constexpr unsigned kNamedIds = 40, kNamedOften = 160, kOften = 8;
 
 int IdOf(unsigned pNumber, Page* pPage) {
     const int lNext = pPage ? *pPage->mNextId : 0;
-    const int lOthers[] = {-1, lNext, -7, INT_MAX, INT_MIN, lNext + 2, 0};
+    const int lOthers[] = {-1, lNext, -7, INT_MAX, INT_MIN, lNext > INT_MAX - 2 ? INT_MAX : lNext + 2, 0};
     const std::vector<int> lIds = pPage ? pPage->VisibleIds() : std::vector<int>();
     if (pNumber >= 246 || lIds.empty())
         return Pick(lOthers, pNumber);
@@ -81,6 +81,23 @@ std::optional<std::string> PathOf(unsigned pNumber) {
     return Pick(kPaths, pNumber);
 }
 
+// A child of the property, and a child of that one if there is any; the number says which.
+std::vector<const Info*> BelowOf(const Arguments& pArguments, unsigned pNumber) {
+    Page* lPage = pArguments.mPages[0];
+    std::vector<const Info*> lInfos;
+    for (int lParent = pArguments.mIds[0]; lPage && lInfos.size() < 2;) {
+        std::vector<int> lChildren;
+        for (int lId = lPage->GetChild(lParent); lId != -1; lId = lPage->GetSibling(lId))
+            if (lPage->GetInfo(lId))
+                lChildren.push_back(lId);
+        if (lChildren.empty())
+            break;
+        lParent = lChildren[pNumber % lChildren.size()];
+        lInfos.push_back(lPage->GetInfo(lParent));
+    }
+    return lInfos;
+}
+
 // How many pages and so on have been seen so far.
 struct Places {
     int mPages = 0, mIds = 0, mBools = 0;
@@ -93,6 +110,22 @@ void Take(char pLetter, unsigned pNumber, const World& pWorld, Arguments& pArgum
             pArguments.mPages[pPlaces.mPages] = pWorld.At(pArguments.mSlots[pPlaces.mPages]);
             ++pPlaces.mPages;
             break;
+        case 'y': {
+            const Info* lNamed = pNumber >= 100 ? pArguments.mNamed : nullptr;
+            const int lSlot = lNamed && lNamed->mTypeInfo ? lNamed->mTypeInfo->mSlot : SlotOf(pNumber, pWorld);
+            pArguments.mSlots[pPlaces.mPages] = lSlot;
+            pArguments.mPages[pPlaces.mPages++] = pWorld.At(lSlot);
+            break;
+        }
+        case 'm': {
+            const std::vector<const Info*> lBelow = BelowOf(pArguments, pNumber);
+            pArguments.mName = NameOf(pNumber);
+            if (pNumber < 128 || lBelow.empty())
+                break;
+            pArguments.mNamed = lBelow.front();
+            pArguments.mName = pArguments.mNamed->mName;
+            break;
+        }
         case 'i':
             pArguments.mIds[pPlaces.mIds++] = IdOf(pNumber, pArguments.mPages[pPlaces.mPages - 1]);
             break;
@@ -101,6 +134,11 @@ void Take(char pLetter, unsigned pNumber, const World& pWorld, Arguments& pArgum
             break;
         case 'u':
             pArguments.mName = PathOf(pNumber);
+            if (const std::vector<const Info*> lBelow = BelowOf(pArguments, pNumber);
+                pNumber >= 128 && lBelow.size() == 2) {
+                pArguments.mNamed = lBelow.back();
+                pArguments.mName = lBelow.front()->mName + "|" + pArguments.mNamed->mName;
+            }
             break;
         case 't':
             pArguments.mType = TypeOf(pNumber, pArguments);
@@ -195,7 +233,8 @@ Operation Rename(const Operation& pOperation, const Arguments& pArguments) {
     const char* lLetters = ArgumentsOf(pOperation.mKind);
     for (std::size_t i = 0; lLetters[i]; ++i) {
         int lNumber = -1;
-        if (lLetters[i] == 'p')
+        const bool lNamesPage = lLetters[i] == 'p' || lLetters[i] == 'y';
+        if (lNamesPage)
             lNumber = pArguments.mSlots[lPlaces.mPages++];
         else if (lLetters[i] == 'i' && pOperation.mArguments[i] < 246)
             lNumber = pArguments.mIds[lPlaces.mIds++];
@@ -203,7 +242,7 @@ Operation Rename(const Operation& pOperation, const Arguments& pArguments) {
             ++lPlaces.mIds;
         else if (lLetters[i] == 't')
             lNumber = static_cast<int>(std::find(std::begin(kTypes), std::end(kTypes), pArguments.mType) - kTypes);
-        const int lLimit = lLetters[i] == 'p'   ? World::kSlots
+        const int lLimit = lNamesPage           ? World::kSlots
                            : lLetters[i] == 'i' ? static_cast<int>(kNamedIds)
                                                 : static_cast<int>(std::size(kTypes));
         if (lNumber >= 0 && lNumber < lLimit)
@@ -218,12 +257,14 @@ std::string Describe(const Operation& pOperation, const Arguments& pArguments) {
     for (const char* lLetter = ArgumentsOf(pOperation.mKind); *lLetter; ++lLetter) {
         switch (*lLetter) {
             case 'p':
+            case 'y':
                 lText += " page " + std::to_string(pArguments.mSlots[lPlaces.mPages++]);
                 break;
             case 'i':
                 lText += " id " + std::to_string(pArguments.mIds[lPlaces.mIds++]);
                 break;
             case 'n':
+            case 'm':
             case 'u':
                 lText += pArguments.mName ? " \"" + *pArguments.mName + "\"" : " null";
                 break;

@@ -16,6 +16,8 @@ struct Arguments {
     Page* mPages[2] = {};
     int mIds[2] = {-1, -1};
     std::optional<std::string> mName;
+    // The property that the name was taken from; null for a name from the list.
+    const Info* mNamed = nullptr;
     int mType = kNone;
     std::optional<Value> mValue;
     unsigned mFlags = 0;

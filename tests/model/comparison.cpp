@@ -39,20 +39,26 @@ void Comparison::Differs(const char* pWhat, const std::string& pLibrary, const s
 }
 
 void Comparison::Same(const char* pWhat, const char* pLibrary, const std::string& pModel) {
+    Count(pWhat, pLibrary != nullptr);
     if (!pLibrary || pModel != pLibrary)
         Differs(pWhat, pLibrary ? "\"" + std::string(pLibrary) + "\"" : "null", "\"" + pModel + "\"");
 }
 
 void Comparison::Same(const char* pWhat, const char* pLibrary, const std::optional<std::string>& pModel) {
     if (pModel)
-        Same(pWhat, pLibrary, *pModel);
-    else if (pLibrary)
+        return Same(pWhat, pLibrary, *pModel);
+    Count(pWhat, false);
+    if (pLibrary)
         Differs(pWhat, "\"" + std::string(pLibrary) + "\"", "null");
 }
 
 void Comparison::Same(const char* pWhat, const KLyrPropertyHandle& pLibrary, const Page* pPage, int pId) {
-    Same(pWhat, mPair.SlotOf(pLibrary.GetPage()), Pair::SlotOf(pPage));
-    Same(pWhat, pLibrary.GetId(), pId);
+    Count(pWhat, pId >= 0);
+    const int lSlot = mPair.SlotOf(pLibrary.GetPage());
+    if (lSlot != Pair::SlotOf(pPage))
+        Differs(pWhat, "page " + std::to_string(lSlot), "page " + std::to_string(Pair::SlotOf(pPage)));
+    if (pLibrary.GetId() != pId)
+        Differs(pWhat, "id " + std::to_string(pLibrary.GetId()), "id " + std::to_string(pId));
 }
 
 void Comparison::SameValue(const char* pWhat, bool pLibrary, bool pModel, const LibraryValue& pRead,
@@ -66,6 +72,8 @@ void Comparison::SameValue(const char* pWhat, bool pLibrary, bool pModel, const 
 void Comparison::SameReports() {
     const Reports lModel = mPair.mModel.TakeReports();
     const Reports lLibrary = std::exchange(mPair.mReports, {});
+    for (const std::string& lReport : lLibrary)
+        Count(lReport.c_str(), true);
     if (lLibrary != lModel)
         Differs("reports", Join(lLibrary), Join(lModel));
 }
@@ -112,7 +120,7 @@ void Comparison::OfPage(int pSlot) {
     }
     Same("end of the ids", mLibrary->GetMinimumPropertyIdAndEntry(lSeen), -1);
     for (int i = 0; i < 3 && !lIds.empty(); ++i)
-        Names(lIds[static_cast<std::size_t>(*mModel->mNextId + 7 * i) % lIds.size()]);
+        Names(lIds[(static_cast<std::size_t>(*mModel->mNextId) + 7u * static_cast<unsigned>(i)) % lIds.size()]);
     SameReports();
 }
 
@@ -224,8 +232,15 @@ void Comparison::States(int pId) {
     Same("holder of the connections", HolderSlot<KLyrPropertyConnect>(mPair, mLibrary, pId, nullptr),
          lSlot(Item::eConnect));
     Same("holder of the flags", HolderSlot<KLyrPropertyFlags>(mPair, mLibrary, pId, nullptr), lSlot(Item::eFlags));
+    const auto lFirst = [&](Item pItem) { return Pair::SlotOf(mModel->GetFirstItem(pItem, pId)); };
+    Same("first holder of the description",
+         mPair.SlotOf(mLibrary->GetFirstPropertyItem<KLyrPropertyInfo>(pId, nullptr)), lFirst(Item::eInfo));
     Same("first holder of the value", mPair.SlotOf(mLibrary->GetFirstPropertyItem<KLyrPropertyValue>(pId, nullptr)),
-         Pair::SlotOf(mModel->GetFirstItem(Item::eValue, pId)));
+         lFirst(Item::eValue));
+    Same("first holder of the connections",
+         mPair.SlotOf(mLibrary->GetFirstPropertyItem<KLyrPropertyConnect>(pId, nullptr)), lFirst(Item::eConnect));
+    Same("first holder of the flags", mPair.SlotOf(mLibrary->GetFirstPropertyItem<KLyrPropertyFlags>(pId, nullptr)),
+         lFirst(Item::eFlags));
 }
 
 void Comparison::Flags(int pId) {
@@ -249,7 +264,7 @@ void Comparison::Connections(int pId) {
     if (mModel && !mModel->GetLinks(pId, true, nullptr).empty())
         Links(pId, 1 + pId % Pair::kFilters);
     if (mModel && !mModel->GetLinks(pId, false, nullptr).empty())
-        Links(pId, 1 + (pId + 1) % Pair::kFilters);
+        Links(pId, 1 + (pId % Pair::kFilters + 1) % Pair::kFilters);
 }
 
 void Comparison::Links(int pId, int pFilter) {

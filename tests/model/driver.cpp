@@ -11,6 +11,7 @@ bool Driver::Apply(const Operation& pOperation) {
 #undef LYRMODEL_ROW
     };
     mLast = pOperation;
+    mSame.SetTally(mTallies ? &(*mTallies)[static_cast<std::size_t>(pOperation.mKind)] : nullptr);
     mArguments = Resolve(pOperation, mPair.mModel);
     (this->*kSteps[static_cast<std::size_t>(pOperation.mKind)])(mArguments);
     mSame.SameReports();
@@ -18,6 +19,7 @@ bool Driver::Apply(const Operation& pOperation) {
 }
 
 bool Driver::Check() {
+    mSame.SetTally(nullptr);
     mSame.All();
     return mSame.IsSame();
 }
@@ -42,8 +44,6 @@ Outcome RunOperations(const std::vector<Operation>& pOperations, std::size_t pIn
 
 namespace {
 
-// Everything is compared after so many operations of a long run.
-constexpr std::size_t kInterval = 50;
 // So few operations are worth every attempt.
 constexpr std::size_t kFew = 40;
 
@@ -214,9 +214,9 @@ std::string Print(const std::vector<Operation>& pOperations, Fault pFault) {
     return lText + "# " + (lDriver.Difference().empty() ? "both agree" : lDriver.Difference()) + "\n";
 }
 
-std::string RunSeed(std::uint64_t pSeed, std::uint64_t pCount, Fault pFault) {
+std::string RunSeed(std::uint64_t pSeed, std::uint64_t pCount, Fault pFault, std::size_t pInterval) {
     std::vector<Operation> lOperations = Generate(pSeed, pCount);
-    const Outcome lOutcome = RunOperations(lOperations, kInterval, pFault);
+    const Outcome lOutcome = RunOperations(lOperations, pInterval, pFault, 1);
     if (lOutcome.mSame)
         return "";
     lOperations.resize(lOutcome.mSteps);

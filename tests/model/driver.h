@@ -3,6 +3,7 @@
 // Runs operations on the library and on the model, compares each result, and now and then all that both show. A run
 // that diverges is shortened.
 
+#include <array>
 #include <cstddef>
 #include <string>
 #include <vector>
@@ -12,6 +13,12 @@
 #include "tests/model/pair.h"
 
 namespace lyrmodel {
+
+// Everything is compared after so many operations of a long run.
+constexpr std::size_t kInterval = 50;
+
+// A tally for each kind of operation.
+using Tallies = std::array<Tally, static_cast<std::size_t>(Kind::eCount)>;
 
 class Driver {
 public:
@@ -29,6 +36,8 @@ public:
     Operation LastRenamed() const { return Rename(mLast, mArguments); }
 
     const World& Model() const { return mPair.mModel; }
+    // Counts what operations say there from now on; null: not any more.
+    void SetTallies(Tallies* pTallies) { mTallies = pTallies; }
 
 private:
     using Step = void (Driver::*)(const Arguments&);
@@ -40,6 +49,7 @@ private:
     bool HasRoom(const Page* pPage, int pCount) const;
     void Created(const lyrsdk::KLyrPropertyHandle& pLibrary, const Page* pModel);
     void Destroyed(int pSlot, bool pResult);
+    void Added(const lyrsdk::KLyrPropertyHandle& pLibrary, const Page* pPage, int pId);
     void Connect(const Arguments& pA, bool pSrc);
     void Disconnect(const Arguments& pA, bool pSrc);
     void GetEnd(const Arguments& pA, bool pSrc);
@@ -53,6 +63,7 @@ private:
 
     Pair mPair;
     Comparison mSame;
+    Tallies* mTallies = nullptr;
     Operation mLast;
     Arguments mArguments;
 };
@@ -82,6 +93,7 @@ std::string Print(const std::vector<Operation>& pOperations, Fault pFault);
 
 // Runs pCount operations of that seed. The text is empty when both sides agreed; else it holds the seed, the shortened
 // sequence and the difference.
-std::string RunSeed(std::uint64_t pSeed, std::uint64_t pCount, Fault pFault = Fault::eNone);
+std::string RunSeed(std::uint64_t pSeed, std::uint64_t pCount, Fault pFault = Fault::eNone,
+                    std::size_t pInterval = kInterval);
 
 }  // namespace lyrmodel

@@ -1,12 +1,14 @@
 // Runs of the library beside the model, as long as wanted.
 //
-//   lyrsdk_model_run [--seed N] [--runs N] [--steps N]   N runs of so many operations, of the seeds from N on; without
-//                                                        end for 0 runs
-//   lyrsdk_model_run --replay FILE                       the operations of a file, one a line, as a run prints them
-//   --trace                                              prints each operation before it is applied
+//   lyrsdk_model_run [--seed N] [--steps N]   N operations, without end for 0, in runs of the seeds from N on
+//       --length N                            the operations of one run
+//       --interval N                          everything is compared after so many of them; 0: only at the end of a run
+//       --trace                               prints each operation before it is applied
+//   lyrsdk_model_run --replay FILE            the operations of a file, one a line, as a run prints them
 //
 // Ends with 1 and the shortened sequence when the two disagree.
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -18,7 +20,7 @@
 namespace {
 
 struct Options {
-    std::uint64_t mSeed = 1, mRuns = 100, mSteps = 10000;
+    std::uint64_t mSeed = 1, mSteps = 1000000, mLength = 10000, mInterval = lyrmodel::kInterval;
     std::string mReplay;
     bool mTrace = false;
 };
@@ -38,15 +40,16 @@ bool Read(int pCount, char** pArguments, Options& pOptions) {
         }
         char* lEnd = nullptr;
         const std::uint64_t lNumber = std::strtoull(pArguments[i], &lEnd, 10);
-        std::uint64_t* lOption = lName == "--seed"    ? &pOptions.mSeed
-                                 : lName == "--runs"  ? &pOptions.mRuns
-                                 : lName == "--steps" ? &pOptions.mSteps
-                                                      : nullptr;
+        std::uint64_t* lOption = lName == "--seed"       ? &pOptions.mSeed
+                                 : lName == "--steps"    ? &pOptions.mSteps
+                                 : lName == "--length"   ? &pOptions.mLength
+                                 : lName == "--interval" ? &pOptions.mInterval
+                                                         : nullptr;
         if (!lOption || *lEnd || lEnd == pArguments[i])
             return false;
         *lOption = lNumber;
     }
-    return true;
+    return pOptions.mLength > 0;
 }
 
 // Everything is compared after each operation, and printed before it: the last line tells where a crash was.
@@ -82,21 +85,25 @@ int Replay(const Options& pOptions) {
 }
 
 int RunSeeds(const Options& pOptions) {
-    for (std::uint64_t lRun = 0; pOptions.mRuns == 0 || lRun < pOptions.mRuns; ++lRun) {
-        const std::uint64_t lSeed = pOptions.mSeed + lRun;
+    std::uint64_t lDone = 0;
+    for (std::uint64_t lSeed = pOptions.mSeed; pOptions.mSteps == 0 || lDone < pOptions.mSteps; ++lSeed) {
+        const std::uint64_t lLeft = pOptions.mSteps ? pOptions.mSteps - lDone : pOptions.mLength;
+        const std::uint64_t lLength = std::min(lLeft, pOptions.mLength);
         if (pOptions.mTrace) {
             std::cout << "# seed " << lSeed << "\n";
-            if (const int lResult = Trace(lyrmodel::Generate(lSeed, pOptions.mSteps)))
+            if (const int lResult = Trace(lyrmodel::Generate(lSeed, lLength)))
                 return lResult;
-            continue;
+        } else {
+            const std::string lText =
+                lyrmodel::RunSeed(lSeed, lLength, lyrmodel::Fault::eNone, static_cast<std::size_t>(pOptions.mInterval));
+            if (!lText.empty()) {
+                std::cout << lText;
+                return 1;
+            }
         }
-        const std::string lText = lyrmodel::RunSeed(lSeed, pOptions.mSteps);
-        if (!lText.empty()) {
-            std::cout << lText;
-            return 1;
-        }
-        if ((lRun + 1) % 100 == 0)
-            std::cerr << "seed " << lSeed << ": " << (lRun + 1) * pOptions.mSteps << " operations agree\n";
+        lDone += lLength;
+        if (lDone == pOptions.mSteps || (lSeed - pOptions.mSeed) % 100 == 99)
+            std::cout << lDone << " operations agree, the last ones of seed " << lSeed << std::endl;
     }
     return 0;
 }
@@ -106,7 +113,8 @@ int RunSeeds(const Options& pOptions) {
 int main(int pCount, char** pArguments) {
     Options lOptions;
     if (!Read(pCount, pArguments, lOptions)) {
-        std::cerr << "usage: lyrsdk_model_run [--seed N] [--runs N] [--steps N] [--replay FILE] [--trace]\n";
+        std::cerr << "usage: lyrsdk_model_run [--seed N] [--steps N] [--length N] [--interval N] [--trace]\n"
+                     "       lyrsdk_model_run --replay FILE [--trace]\n";
         return 2;
     }
     return lOptions.mReplay.empty() ? RunSeeds(lOptions) : Replay(lOptions);

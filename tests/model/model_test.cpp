@@ -40,57 +40,6 @@ TEST_P(PropertyModelRun, ShowsWhatTheLibraryShows) {
 
 INSTANTIATE_TEST_SUITE_P(Seeds, PropertyModelRun, testing::Range(std::uint64_t(0), kRuns));
 
-// What the runs get to, so that agreement says something.
-struct Reached {
-    int mDepth = 0;
-    std::size_t mFamilies = 0, mConnections = 0, mProperties = 0, mBrackets = 0, mEnums = 0, mTyped = 0, mBounds = 0;
-};
-
-void Look(const World& pWorld, Reached& pReached) {
-    std::set<const int*> lFamilies;
-    std::size_t lBrackets = 0;
-    for (int lSlot : pWorld.LiveSlots()) {
-        Page* lPage = pWorld.At(lSlot);
-        lFamilies.insert(lPage->mNextId.get());
-        lBrackets += lPage->mOpen ? 1 : 0;
-        pReached.mDepth = std::max(pReached.mDepth, lPage->Depth());
-        pReached.mProperties = std::max(pReached.mProperties, lPage->VisibleIds().size());
-        for (int lId : lPage->VisibleIds()) {
-            pReached.mConnections = std::max(pReached.mConnections, lPage->GetLinks(lId, true, nullptr).size());
-            const Info* lInfo = lPage->GetInfo(lId);
-            if (!lInfo)
-                continue;
-            pReached.mEnums = std::max(pReached.mEnums, lInfo->mEnums.size());
-            pReached.mTyped += lInfo->mTypeInfo ? 1 : 0;
-            pReached.mBounds += lInfo->HasMinMax(0) ? 1 : 0;
-        }
-    }
-    pReached.mBrackets = std::max(pReached.mBrackets, lBrackets);
-    pReached.mFamilies = std::max(pReached.mFamilies, lFamilies.size());
-}
-
-TEST(PropertyModel, ReachesDeepChainsLongListsAndEverythingElse) {
-    Reached lReached;
-    for (std::uint64_t lSeed = 1; lSeed <= 5; ++lSeed) {
-        Driver lDriver;
-        int lStep = 0;
-        for (const Operation& lOperation : Generate(lSeed, kStepsOfRun)) {
-            ASSERT_TRUE(lDriver.Apply(lOperation)) << lDriver.Last() << ": " << lDriver.Difference();
-            if (++lStep % 20 == 0)
-                Look(lDriver.Model(), lReached);
-        }
-    }
-    EXPECT_EQ(lReached.mDepth, 6);
-    EXPECT_GE(lReached.mFamilies, 4u);
-    EXPECT_GE(lReached.mProperties, 35u);
-    // Longer than what a plain list holds without an index.
-    EXPECT_GT(lReached.mConnections, 32u);
-    EXPECT_GE(lReached.mBrackets, 3u);
-    EXPECT_GE(lReached.mEnums, 3u);
-    EXPECT_GT(lReached.mTyped, 0u);
-    EXPECT_GT(lReached.mBounds, 0u);
-}
-
 // --- the comparison notices mistakes
 
 class PropertyModelFault : public testing::TestWithParam<int> {

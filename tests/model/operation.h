@@ -15,6 +15,7 @@ namespace lyrmodel {
 // Expands one macro a row. The letters name the arguments, one number each:
 //   p page (or none)   i id in the last page   n name   u path   t type code   v value   f flags   s inherit state
 //   x integer          b bool                  k filter (or none)              c connection type
+//   m name, often of a child of the id         y page, often the one that types what was named
 // The weight says how often the kind is drawn.
 #define LYRMODEL_OPERATIONS(pRow)                       \
     /*   name                      arguments  weight */ \
@@ -26,6 +27,7 @@ namespace lyrmodel {
     pRow(Add,                      "pint",   50)        \
     pRow(AddTyped,                 "pinp",   12)        \
     pRow(AddItems,                 "pintpx",  6)        \
+    pRow(AddShared,                "pipix",  20)        \
     pRow(Destroy,                  "pi",     14)        \
     pRow(RemoveOwnEntry,           "pi",      4)        \
     pRow(Set,                      "pitvb", 100)        \
@@ -35,13 +37,13 @@ namespace lyrmodel {
     pRow(SetLabelToOwnText,        "pib",     4)        \
     pRow(SetUserTag,               "pix",     6)        \
     pRow(SetUserData,              "pix",     6)        \
-    pRow(SetMinMax,                "pixtv",  14)        \
-    pRow(GetMinMax,                "pixtv",  10)        \
-    pRow(AddEnumValue,             "pin",    24)        \
-    pRow(InsertEnumValue,          "pixn",    6)        \
-    pRow(SetEnumValue,             "pixn",    6)        \
-    pRow(RemoveEnumValue,          "pix",     4)        \
-    pRow(GetEnumValue,             "pix",     6)        \
+    pRow(SetMinMax,                "pixtv",  40)        \
+    pRow(GetMinMax,                "pixtv",  40)        \
+    pRow(AddEnumValue,             "pin",    40)        \
+    pRow(InsertEnumValue,          "pixn",   16)        \
+    pRow(SetEnumValue,             "pixn",   20)        \
+    pRow(RemoveEnumValue,          "pix",    12)        \
+    pRow(GetEnumValue,             "pix",    12)        \
     pRow(ModifyFlags,              "pifbb",  40)        \
     pRow(SetFlagsInheritType,      "pifs",   20)        \
     pRow(GetFlagsInheritType,      "pifb",   12)        \
@@ -55,29 +57,34 @@ namespace lyrmodel {
     pRow(ConnectSrc,               "pipic",  40)        \
     pRow(ConnectDst,               "pipic",  30)        \
     pRow(ConnectAll,               "pipc",    3)        \
-    pRow(DisconnectSrc,            "pipi",   12)        \
+    pRow(DisconnectSrc,            "pipi",   14)        \
     pRow(DisconnectDst,            "pipi",   12)        \
     pRow(DisconnectNth,            "pixb",   12)        \
-    pRow(IsConnected,              "pipi",    8)        \
+    pRow(IsConnected,              "pipi",   12)        \
     pRow(GetSrc,                   "pikx",   10)        \
     pRow(GetDst,                   "pikx",   10)        \
-    pRow(WipeAllConnections,       "pi",      4)        \
+    pRow(GetEndInPart,             "pikxb",   6)        \
+    pRow(WipeAllConnections,       "pib",     4)        \
     pRow(ClearConnectCache,        "pi",      4)        \
     pRow(RenewFilter,              "kcx",     6)        \
     pRow(SetWipeMode,              "b",       2)        \
     pRow(BeginCreateOrFind,        "p",      10)        \
     pRow(EndCreateOrFind,          "p",       8)        \
-    pRow(Find,                     "pinb",   20)        \
-    pRow(FindTyped,                "pinbp",   8)        \
+    pRow(Find,                     "pimb",   20)        \
+    pRow(FindTyped,                "pimby",  12)        \
     pRow(FindPath,                 "piubx",  14)        \
-    pRow(FindTypedPath,            "piubpx",  8)        \
-    pRow(IsChildOf,                "pipi",    6)        \
+    pRow(FindTypedPath,            "piubyx", 40)        \
+    pRow(FastFind,                 "pimby",  12)        \
+    pRow(IsChildOf,                "pipi",   10)        \
     pRow(IsDescendentOf,           "pipi",    6)        \
     pRow(GetNextDescendent,        "pipi",    8)        \
     pRow(GetMinimum,               "pix",     6)        \
     pRow(LookAt,                   "pi",     20)        \
     pRow(SetPageData,              "px",      4)        \
     pRow(GetReferencedBy,          "px",      4)        \
+    pRow(SkipIds,                  "px",      5)        \
+    pRow(TakeId,                   "p",       5)        \
+    pRow(CompareHandles,           "pipi",   20)        \
     pRow(SetParent,                "pipi",    1)
 // clang-format on
 

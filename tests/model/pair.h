@@ -3,9 +3,12 @@
 // The library and the model side by side: pages, filters, values and reports, and the comparison of what both show.
 
 #include <array>
+#include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "lyrfilesdk/lyrcore/klyrpropertyhandle.h"
@@ -75,6 +78,9 @@ private:
     lyrsdk::KAssertFailedHandler mHandlerBefore;
 };
 
+// How often an operation said yes or no to what: true or false, more than 0 or not, something or null.
+using Tally = std::map<std::pair<std::string, bool>, std::uint64_t>;
+
 // What a page of the library and its model say; the first difference is kept.
 class Comparison {
 public:
@@ -85,8 +91,16 @@ public:
     // What the two differ in, without the particulars.
     const std::string& What() const { return mWhat; }
 
+    // Where answers to single questions are counted; null: nowhere.
+    void SetTally(Tally* pTally) { mTally = pTally; }
+    void Count(const char* pWhat, bool pYes) {
+        if (mTally)
+            ++(*mTally)[{pWhat, pYes}];
+    }
+
     template <typename T>
     void Same(const char* pWhat, const T& pLibrary, const T& pModel) {
+        Count(pWhat, pLibrary > T(0));
         if (!(pLibrary == pModel))
             Differs(pWhat, TextOf(pLibrary), TextOf(pModel));
     }
@@ -120,6 +134,7 @@ private:
 
     Pair& mPair;
     std::string mDifference, mWhat;
+    Tally* mTally = nullptr;
     // What is looked at.
     int mSlot = -1;
     lyrsdk::KLyrPropertyPage* mLibrary = nullptr;

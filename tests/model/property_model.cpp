@@ -3,6 +3,7 @@
 #include "tests/model/property_model.h"
 
 #include <algorithm>
+#include <climits>
 
 namespace lyrmodel {
 
@@ -74,17 +75,33 @@ int Page::Depth() {
 
 // --- adding
 
-int Page::AddEntry(int pParent, std::shared_ptr<Info> pInfo, std::shared_ptr<Value> pValue, bool pConnect) {
-    const int lId = (*mNextId)++;
+int Page::TakeId() {
+    const int lId = *mNextId;
+    if (lId >= 0)
+        *mNextId = lId == INT_MAX ? -1 : lId + 1;
+    return lId;
+}
+
+bool Page::SkipTo(int pNextId) {
+    if (*mNextId < 0 || pNextId < *mNextId)
+        return false;
+    *mNextId = pNextId;
+    return true;
+}
+
+int Page::AddEntry(int pParent, const Plan& pPlan) {
+    const int lId = TakeId();
+    if (lId < 0)
+        return -1;
     Entry& lEntry = mEntries[lId];
     lEntry.mParent = pParent;
-    lEntry.mInfo = pInfo;
-    lEntry.mValue = pValue;
-    if (pConnect)
+    lEntry.mInfo = pPlan.mInfo;
+    lEntry.mValue = pPlan.mValue;
+    if (pPlan.mConnect)
         lEntry.mConnect = std::make_shared<Connect>(this, lId);
     lEntry.ModifyFlags(kAllFlags, false);
-    if (!mNames.empty() && pInfo) {
-        const auto lKey = std::make_pair(pParent, pInfo->mName);
+    if (!mNames.empty() && pPlan.mInfo) {
+        const auto lKey = std::make_pair(pParent, pPlan.mInfo->mName);
         if (mWorld.mFault == Fault::eBracketKeepsTheLast)
             mNames[lKey] = lId;
         mNames.emplace(lKey, lId);
@@ -106,45 +123,59 @@ int Page::Add(int pParent, const std::string& pName, Page* pTypeInfo) {
     return Add(pParent, lInfo, std::make_shared<Value>(pTypeInfo ? pTypeInfo->GetType(0) : 0), false, true);
 }
 
+// All of it or nothing; the ids stay used.
 int Page::Add(int pParent, std::shared_ptr<Info> pInfo, std::shared_ptr<Value> pValue, bool pConnect, bool pRecursive) {
-    std::vector<Plan> lChildren;
-    if (pRecursive && pInfo && pInfo->mTypeInfo) {
-        std::vector<Page*> lAbove;
-        lChildren = PlanOfType(pInfo->mTypeInfo, lAbove, mWorld.mReports);
-    }
-    const int lId = AddEntry(pParent, pInfo, pValue, pConnect);
-    AddPlanned(lId, lChildren);
+    Plan lPlan = PlanOf(pInfo, pValue, pConnect);
+    std::vector<Page*> lAbove;
+    if (pRecursive)
+        PlanType(lPlan, lAbove);
+    const int lFirst = *mNextId;
+    const int lId = AddPlanned(pParent, lPlan);
+    if (lId < 0 && lFirst >= 0)
+        mEntries.erase(mEntries.lower_bound(lFirst), mEntries.end());
     return lId;
 }
 
 int Page::CountOfTyped(Page* pTypeInfo) {
     struct {
-        int Of(const std::vector<Plan>& pPlans) const {
-            int lCount = 0;
-            for (const Plan& lPlan : pPlans)
-                lCount += 1 + Of(lPlan.mChildren);
+        int Of(const Plan& pPlan) const {
+            int lCount = 1;
+            for (const Plan& lChild : pPlan.mChildren)
+                lCount += Of(lChild);
             return lCount;
         }
     } lCount;
+    auto lInfo = std::make_shared<Info>();
+    lInfo->mTypeInfo = pTypeInfo;
+    Plan lPlan = PlanOf(lInfo, nullptr, false);
     std::vector<Page*> lAbove;
-    Reports lUnused;
-    return 1 + (pTypeInfo ? lCount.Of(PlanOfType(pTypeInfo, lAbove, lUnused)) : 0);
+    PlanType(lPlan, lAbove);
+    return lCount.Of(lPlan);
+}
+
+Page::Plan Page::PlanOf(std::shared_ptr<Info> pInfo, std::shared_ptr<Value> pValue, bool pConnect) {
+    Plan lPlan;
+    lPlan.mInfo = pInfo;
+    lPlan.mValue = pValue;
+    lPlan.mConnect = pConnect;
+    return lPlan;
 }
 
 // The whole copy is laid out before the first property of it is made, so that a type page which sees the new ones still
 // counts as it stood before.
-std::vector<Page::Plan> Page::PlanOfType(Page* pTypeInfo, std::vector<Page*>& pAbove, Reports& pReports) {
-    if (pTypeInfo == this || std::count(pAbove.begin(), pAbove.end(), pTypeInfo)) {
-        pReports.push_back("Recursive type info");
-        return {};
-    }
-    pAbove.push_back(pTypeInfo);
-    std::vector<Plan> lPlans = PlanOfChildren(pTypeInfo, 0, pAbove, pReports);
+void Page::PlanType(Plan& pPlan, std::vector<Page*>& pAbove) {
+    Page* lTypeInfo = pPlan.mInfo ? pPlan.mInfo->mTypeInfo : nullptr;
+    if (!lTypeInfo)
+        return;
+    pPlan.mRecursive = lTypeInfo == this || std::count(pAbove.begin(), pAbove.end(), lTypeInfo);
+    if (pPlan.mRecursive)
+        return;
+    pAbove.push_back(lTypeInfo);
+    pPlan.mChildren = PlanOfChildren(lTypeInfo, 0, pAbove);
     pAbove.pop_back();
-    return lPlans;
 }
 
-std::vector<Page::Plan> Page::PlanOfChildren(Page* pTypePage, int pId, std::vector<Page*>& pAbove, Reports& pReports) {
+std::vector<Page::Plan> Page::PlanOfChildren(Page* pTypePage, int pId, std::vector<Page*>& pAbove) {
     std::vector<Plan> lPlans;
     for (int lChild = pTypePage->GetChild(pId); lChild != -1; lChild = pTypePage->GetSibling(lChild)) {
         Plan lPlan;
@@ -158,17 +189,22 @@ std::vector<Page::Plan> Page::PlanOfChildren(Page* pTypePage, int pId, std::vect
             lPlan.mValue = std::make_shared<Value>(*lValue.mEntry->mValue);
         lPlan.mConnect = static_cast<bool>(pTypePage->GetItem(Item::eConnect, lChild));
         if (lPlan.mInfo && lPlan.mInfo->mTypeInfo)
-            lPlan.mChildren = PlanOfType(lPlan.mInfo->mTypeInfo, pAbove, pReports);
+            PlanType(lPlan, pAbove);
         else if (mWorld.mFault != Fault::eUntypedChildrenStayBehind)
-            lPlan.mChildren = PlanOfChildren(pTypePage, lChild, pAbove, pReports);
+            lPlan.mChildren = PlanOfChildren(pTypePage, lChild, pAbove);
         lPlans.push_back(lPlan);
     }
     return lPlans;
 }
 
-void Page::AddPlanned(int pParent, const std::vector<Plan>& pPlans) {
-    for (const Plan& lPlan : pPlans)
-        AddPlanned(AddEntry(pParent, lPlan.mInfo, lPlan.mValue, lPlan.mConnect), lPlan.mChildren);
+int Page::AddPlanned(int pParent, const Plan& pPlan) {
+    const int lId = AddEntry(pParent, pPlan);
+    if (lId >= 0 && pPlan.mRecursive)
+        mWorld.mReports.push_back("Recursive type info");
+    for (const Plan& lChild : pPlan.mChildren)
+        if (lId < 0 || AddPlanned(lId, lChild) < 0)
+            return -1;
+    return lId;
 }
 
 // --- values
@@ -254,10 +290,9 @@ void Page::HandDown(Page& pInstance, int pId) {
 }
 
 void Page::Leave() {
-    const int lCount = GetCount();
     for (Page* lInstance : mInstances) {
-        for (int i = 0; i < lCount; ++i)
-            HandDown(*lInstance, i);
+        for (int lId : VisibleIds())
+            HandDown(*lInstance, lId);
         lInstance->mInstanceOf = nullptr;
     }
     for (int lSlot : mWorld.LiveSlots()) {

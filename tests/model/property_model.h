@@ -137,6 +137,8 @@ struct Page {
     int Add(int pParent, std::shared_ptr<Info> pInfo, std::shared_ptr<Value> pValue, bool pConnect, bool pRecursive);
     // How many properties a typed add would make.
     int CountOfTyped(Page* pTypeInfo);
+    int TakeId();
+    bool SkipTo(int pNextId);
 
     // Values.
     bool Get(int pId, Value* pValue);
@@ -158,7 +160,7 @@ struct Page {
     // The tree.
     int GetParent(int pId);
     bool IsDescendentOf(int pId, int pAncestor);
-    int GetMinimum(int pId, Entry** pEntry = nullptr);
+    int GetMinimum(int pId, Entry** pEntry = nullptr, Page** pHolder = nullptr);
     int GetChild(int pId);
     int GetSibling(int pId);
     int GetFirstDescendent(int pAncestor);
@@ -190,6 +192,7 @@ struct Page {
     int mData = 0;
     bool mOpen = false;
     std::map<std::pair<int, std::string>, int> mNames;
+    // Of the family; -1 when all ids are used up.
     std::shared_ptr<int> mNextId;
 
 private:
@@ -198,15 +201,18 @@ private:
         std::shared_ptr<Info> mInfo;
         std::shared_ptr<Value> mValue;
         bool mConnect = false;
+        // Typed by a page that is being expanded: reported, and left without children.
+        bool mRecursive = false;
         std::vector<Plan> mChildren;
     };
 
     Connect* OwnConnect(int pId);
     Connect* MakeConnect(int pId);
-    std::vector<Plan> PlanOfType(Page* pTypeInfo, std::vector<Page*>& pAbove, Reports& pReports);
-    std::vector<Plan> PlanOfChildren(Page* pTypePage, int pId, std::vector<Page*>& pAbove, Reports& pReports);
-    int AddEntry(int pParent, std::shared_ptr<Info> pInfo, std::shared_ptr<Value> pValue, bool pConnect);
-    void AddPlanned(int pParent, const std::vector<Plan>& pPlans);
+    Plan PlanOf(std::shared_ptr<Info> pInfo, std::shared_ptr<Value> pValue, bool pConnect);
+    void PlanType(Plan& pPlan, std::vector<Page*>& pAbove);
+    std::vector<Plan> PlanOfChildren(Page* pTypePage, int pId, std::vector<Page*>& pAbove);
+    int AddEntry(int pParent, const Plan& pPlan);
+    int AddPlanned(int pParent, const Plan& pPlan);
     void HandDown(Page& pInstance, int pId);
     bool EqualsInherited(int pId, const Value& pValue, bool& pDropped);
     void PushEntry(int pId, const Entry& pOwn);

@@ -3,6 +3,7 @@
 #include <strings.h>
 
 #include <algorithm>
+#include <climits>
 #include <set>
 
 #include "tests/model/property_model.h"
@@ -24,17 +25,21 @@ bool Page::IsDescendentOf(int pId, int pAncestor) {
     return false;
 }
 
-int Page::GetMinimum(int pId, Entry** pEntry) {
+int Page::GetMinimum(int pId, Entry** pEntry, Page** pHolder) {
     const int lFrom = pId == -1 ? 0 : pId;
     int lLeast = -1;
     Entry* lEntry = nullptr;
+    Page* lHolder = nullptr;
     for (Page* lPage = this; lPage; lPage = lPage->mInstanceOf) {
         const auto lNext = lPage->mEntries.upper_bound(lFrom);
         if (lNext == lPage->mEntries.end() || (lLeast != -1 && lNext->first > lLeast))
             continue;
         lLeast = lNext->first;
         lEntry = &lNext->second;
+        lHolder = lPage;
     }
+    if (pHolder)
+        *pHolder = lHolder;
     if (pEntry)
         *pEntry = lEntry;
     return lLeast;
@@ -77,7 +82,7 @@ int Page::GetNextDescendent(int pAncestor, int pId) {
 
 int Page::GetCount() {
     const std::vector<int> lIds = VisibleIds();
-    return lIds.empty() ? 0 : lIds.back() + 1;
+    return lIds.empty() ? 0 : lIds.back() == INT_MAX ? INT_MAX : lIds.back() + 1;
 }
 
 // --- names

@@ -1,6 +1,7 @@
 // The operations on pages, descriptions, values and names, on both sides.
 
 #include <algorithm>
+#include <climits>
 #include <memory>
 
 #include "lyrfilesdk/klyrplugins/klyrplug.h"
@@ -125,24 +126,58 @@ void Driver::GetReferencedBy(const Arguments& pA) {
 
 void Driver::SetParent(const Arguments& pA) {
     mSame.Same("parent set", HandleAt(pA).SetParent(HandleAt(pA, 1)), false);
+    if (pA.mPages[0])
+        mSame.Same("parent set on the page", mPair.Library(pA.mSlots[0])->Reparent(pA.mIds[0], pA.mIds[1]), false);
+}
+
+// A few ids on, back, or now and then to the last ones that there are.
+void Driver::SkipIds(const Arguments& pA) {
+    Page* lPage = pA.mPages[0];
+    if (!lPage)
+        return;
+    const int lLast = INT_MAX - static_cast<int>(pA.mBits % 3);
+    const int lTo =
+        pA.mBits >= 250 || *lPage->mNextId > INT_MAX - 8 ? lLast : *lPage->mNextId + static_cast<int>(pA.mBits % 6) - 2;
+    mSame.Same("ids skipped", mPair.Library(pA.mSlots[0])->GetIdGenerator()->SkipTo(lTo), lPage->SkipTo(lTo));
+}
+
+void Driver::TakeId(const Arguments& pA) {
+    if (pA.mPages[0])
+        mSame.Same("id taken", mPair.Library(pA.mSlots[0])->GetIdGenerator()->GetNextIdAndInc(),
+                   pA.mPages[0]->TakeId());
+}
+
+void Driver::CompareHandles(const Arguments& pA) {
+    const KLyrPropertyHandle lHandle = HandleAt(pA), lOther = HandleAt(pA, 1);
+    const bool lSamePage = pA.mPages[0] == pA.mPages[1];
+    const bool lSame = lSamePage && pA.mIds[0] == pA.mIds[1];
+    mSame.Same("handles equal", lHandle == lOther, lSame);
+    mSame.Same("handles differ", lHandle != lOther, !lSame);
+    mSame.Same("handle is the other", lHandle.Is(lOther), lSame);
+    mSame.Same("handle is itself", lHandle, pA.mPages[0], pA.mIds[0]);
+    mSame.Same("handle is none", lHandle == KLyrPropertyHandle(), !pA.mPages[0] && pA.mIds[0] == -1);
+    if (pA.mPages[0])
+        mSame.Same("page is the other", mPair.Library(pA.mSlots[0])->Is(mPair.Library(pA.mSlots[1])), lSamePage);
 }
 
 // --- adding
+
+void Driver::Added(const KLyrPropertyHandle& pLibrary, const Page* pPage, int pId) {
+    mSame.Same("added", pLibrary, pId >= 0 ? pPage : nullptr, pId);
+}
 
 void Driver::Add(const Arguments& pA) {
     if (!HasRoom(pA.mPages[0], 1))
         return;
     const KLyrPropertyHandle lAdded = HandleAt(pA).Add(pA.Name(), Type(pA));
-    mSame.Same("added", lAdded, pA.mPages[0],
-               pA.mPages[0] ? pA.mPages[0]->Add(pA.mIds[0], pA.NameOrEmpty(), pA.mType) : -1);
+    Added(lAdded, pA.mPages[0], pA.mPages[0] ? pA.mPages[0]->Add(pA.mIds[0], pA.NameOrEmpty(), pA.mType) : -1);
 }
 
 void Driver::AddTyped(const Arguments& pA) {
     if (pA.mPages[0] && !HasRoom(pA.mPages[0], pA.mPages[0]->CountOfTyped(pA.mPages[1])))
         return;
     const KLyrPropertyHandle lAdded = HandleAt(pA).Add(pA.Name(), HandleAt(pA, 1));
-    mSame.Same("added", lAdded, pA.mPages[0],
-               pA.mPages[0] ? pA.mPages[0]->Add(pA.mIds[0], pA.NameOrEmpty(), pA.mPages[1]) : -1);
+    Added(lAdded, pA.mPages[0], pA.mPages[0] ? pA.mPages[0]->Add(pA.mIds[0], pA.NameOrEmpty(), pA.mPages[1]) : -1);
 }
 
 // With items made one by one. The number says which: 1 description, 2 value, 4 connection, 8 children, 16 typed.
@@ -164,11 +199,45 @@ void Driver::AddItems(const Arguments& pA) {
     }
     const bool lValue = pA.mBits & 2, lConnect = pA.mBits & 4, lRecursive = pA.mBits & 8;
     const int lNext = lLibrary->GetIdGenerator()->PeekNextId();
-    const int lId = lLibrary->Add(pA.mIds[0], lInfo, lValue ? KLyrPropertyValue::Create(nullptr, Type(pA)) : nullptr,
-                                  lConnect ? KLyrPropertyConnect::Create(lLibrary, lNext) : nullptr, lRecursive);
+    KLyrPropertyValue* lValueItem = lValue ? KLyrPropertyValue::Create(nullptr, Type(pA)) : nullptr;
+    KLyrPropertyConnect* lConnectItem = lConnect ? KLyrPropertyConnect::Create(lLibrary, lNext) : nullptr;
+    const int lId = lLibrary->Add(pA.mIds[0], lInfo, lValueItem, lConnectItem, lRecursive);
+    // What was not added is still the caller's.
+    if (lId < 0) {
+        detail::Discard(lInfo);
+        detail::Discard(lValueItem);
+        detail::Discard(lConnectItem);
+    }
     mSame.Same(
         "added", lId,
         lPage->Add(pA.mIds[0], lModelInfo, lValue ? std::make_shared<Value>(pA.mType) : nullptr, lConnect, lRecursive));
+}
+
+// With the items of another property, which both then hold. The number says which: 1 description, 2 value, 4 children.
+void Driver::AddShared(const Arguments& pA) {
+    Page *lPage = pA.mPages[0], *lFrom = pA.mPages[1];
+    if (!lPage || !lFrom)
+        return;
+    const KLyrPropertyPage* lLibraryFrom = mPair.Library(pA.mSlots[1]);
+    KLyrPropertyInfo* lInfo = nullptr;
+    std::shared_ptr<Info> lModelInfo;
+    const Found lInfoFound = lFrom->GetItem(Item::eInfo, pA.mIds[1]);
+    if ((pA.mBits & 1) && lInfoFound) {
+        lInfo = lLibraryFrom->GetPropertyItem<KLyrPropertyInfo>(nullptr, pA.mIds[1]);
+        lModelInfo = lInfoFound.mEntry->mInfo;
+    }
+    KLyrPropertyValue* lValue = nullptr;
+    std::shared_ptr<Value> lModelValue;
+    const Found lValueFound = lFrom->GetItem(Item::eValue, pA.mIds[1]);
+    if ((pA.mBits & 2) && lValueFound) {
+        lValue = lLibraryFrom->GetPropertyItem<KLyrPropertyValue>(nullptr, pA.mIds[1]);
+        lModelValue = lValueFound.mEntry->mValue;
+    }
+    const bool lRecursive = pA.mBits & 4;
+    const int lCount = lModelInfo && lRecursive ? lPage->CountOfTyped(lModelInfo->mTypeInfo) : 1;
+    if (HasRoom(lPage, lCount))
+        mSame.Same("added", mPair.Library(pA.mSlots[0])->Add(pA.mIds[0], lInfo, lValue, nullptr, lRecursive),
+                   lPage->Add(pA.mIds[0], lModelInfo, lModelValue, false, lRecursive));
 }
 
 // --- values
@@ -208,6 +277,11 @@ Info* InfoAt(const Arguments& pA) {
     return pA.mPages[0] ? pA.mPages[0]->GetInfo(pA.mIds[0]) : nullptr;
 }
 
+bool HasEnumValue(const Arguments& pA) {
+    const Info* lInfo = InfoAt(pA);
+    return lInfo && pA.mNumber >= 0 && pA.mNumber < static_cast<int>(lInfo->mEnums.size());
+}
+
 }  // namespace
 
 void Driver::SetLabel(const Arguments& pA) {
@@ -242,9 +316,16 @@ void Driver::SetMinMax(const Arguments& pA) {
         return mSame.Same("min set", HandleAt(pA).SetMin(nullptr, Type(pA)), false);
     Given lGiven(pA);
     const Value* lValue = pA.mValue ? &*pA.mValue : nullptr;
+    KLyrPropertyHandle lHandle = HandleAt(pA);
     const auto lIndex = static_cast<KLyrPropertyInfo::eValueIndex>(pA.mNumber);
-    mSame.Same("bound set", mPair.Library(pA.mSlots[0])->SetMinMax(pA.mIds[0], lIndex, lGiven.Data(), Type(pA)),
-               InfoAt(pA) && InfoAt(pA)->SetMinMax(pA.mNumber, lValue, mPair.mModel.mReports));
+    const bool lLibrary =
+        pA.mBits % 2      ? mPair.Library(pA.mSlots[0])->SetMinMax(pA.mIds[0], lIndex, lGiven.Data(), Type(pA))
+        : pA.mNumber == 0 ? lHandle.SetMin(lGiven.Data(), Type(pA))
+        : pA.mNumber == 1 ? lHandle.SetSoftMin(lGiven.Data(), Type(pA))
+        : pA.mNumber == 2 ? lHandle.SetMax(lGiven.Data(), Type(pA))
+        : pA.mNumber == 3 ? lHandle.SetSoftMax(lGiven.Data(), Type(pA))
+                          : mPair.Library(pA.mSlots[0])->SetMinMax(pA.mIds[0], lIndex, lGiven.Data(), Type(pA));
+    mSame.Same("bound set", lLibrary, InfoAt(pA) && InfoAt(pA)->SetMinMax(pA.mNumber, lValue, mPair.mModel.mReports));
 }
 
 void Driver::GetMinMax(const Arguments& pA) {
@@ -259,6 +340,16 @@ void Driver::GetMinMax(const Arguments& pA) {
     const bool lResult =
         InfoAt(pA) && InfoAt(pA)->GetMinMax(lIndex, pA.mValue ? &lModel : nullptr, mPair.mModel.mReports);
     mSame.SameValue("bound got", lLibrary, lResult, lGiven.mValue, lModel);
+    if (!pA.mPages[0])
+        return;
+    // The page takes any index.
+    const KLyrPropertyPage* lPage = mPair.Library(pA.mSlots[0]);
+    const auto lAny = static_cast<KLyrPropertyInfo::eValueIndex>(pA.mNumber);
+    mSame.Same("bound there", lPage->HasMinMax(pA.mIds[0], lAny), InfoAt(pA) && InfoAt(pA)->HasMinMax(pA.mNumber));
+    const bool lAnyLibrary = lPage->GetMinMax(pA.mIds[0], lAny, lGiven.Data(), Type(pA));
+    const bool lAnyResult =
+        InfoAt(pA) && InfoAt(pA)->GetMinMax(pA.mNumber, pA.mValue ? &lModel : nullptr, mPair.mModel.mReports);
+    mSame.SameValue("bound got from the page", lAnyLibrary, lAnyResult, lGiven.mValue, lModel);
 }
 
 void Driver::AddEnumValue(const Arguments& pA) {
@@ -268,18 +359,21 @@ void Driver::AddEnumValue(const Arguments& pA) {
 
 void Driver::InsertEnumValue(const Arguments& pA) {
     HandleAt(pA).InsertEnumValue(pA.mNumber, pA.Name());
+    mSame.Count("text inserted", InfoAt(pA) && InfoAt(pA)->GetType() == kEnum && pA.mNumber >= 0);
     if (InfoAt(pA))
         InfoAt(pA)->InsertEnumValue(pA.mNumber, pA.NameOrEmpty());
 }
 
 void Driver::SetEnumValue(const Arguments& pA) {
     HandleAt(pA).SetEnumValue(pA.mNumber, pA.Name());
+    mSame.Count("text set", HasEnumValue(pA));
     if (InfoAt(pA))
         InfoAt(pA)->SetEnumValue(pA.mNumber, pA.NameOrEmpty());
 }
 
 void Driver::RemoveEnumValue(const Arguments& pA) {
     HandleAt(pA).RemoveEnumValue(pA.mNumber);
+    mSame.Count("text removed", HasEnumValue(pA));
     if (InfoAt(pA))
         InfoAt(pA)->RemoveEnumValue(pA.mNumber);
 }
@@ -293,12 +387,14 @@ void Driver::GetEnumValue(const Arguments& pA) {
 
 void Driver::BeginCreateOrFind(const Arguments& pA) {
     mPair.Handle(pA.mSlots[0], 0).BeginCreateOrFindProperty();
+    mSame.Count("bracket opened", pA.mPages[0] && !pA.mPages[0]->mOpen);
     if (pA.mPages[0])
         pA.mPages[0]->Begin();
 }
 
 void Driver::EndCreateOrFind(const Arguments& pA) {
     mPair.Handle(pA.mSlots[0], 0).EndCreateOrFindProperty();
+    mSame.Count("bracket closed", pA.mPages[0] && pA.mPages[0]->mOpen);
     if (pA.mPages[0])
         pA.mPages[0]->End();
 }
@@ -334,6 +430,15 @@ void Driver::FindTypedPath(const Arguments& pA) {
     FindAll(pA, lSeparators[pA.mBits % 2], true);
 }
 
+// By name alone: what would separate names in a path is part of one.
+void Driver::FastFind(const Arguments& pA) {
+    if (pA.mPages[0])
+        mSame.Same(
+            "found",
+            mPair.Library(pA.mSlots[0])->FastFind(pA.mIds[0], pA.Name(), mPair.Library(pA.mSlots[1]), pA.mBools[0]),
+            pA.mPages[0]->FastFind(pA.mIds[0], pA.NameOrEmpty(), pA.mPages[1], pA.mBools[0]));
+}
+
 void Driver::IsChildOf(const Arguments& pA) {
     const bool lOne = pA.mPages[0] && pA.mPages[0] == pA.mPages[1];
     mSame.Same("child", HandleAt(pA).IsChildOf(HandleAt(pA, 1)),
@@ -359,13 +464,22 @@ void Driver::GetNextDescendent(const Arguments& pA) {
 }
 
 void Driver::GetMinimum(const Arguments& pA) {
-    for (int lId : {pA.mIds[0], pA.mNumber})
-        if (pA.mPages[0])
-            mSame.Same("id that follows", mPair.Library(pA.mSlots[0])->GetMinimumPropertyIdAndEntry(lId),
-                       pA.mPages[0]->GetMinimum(lId));
+    if (!pA.mPages[0])
+        return;
+    const KLyrPropertyPage* lLibrary = mPair.Library(pA.mSlots[0]);
+    for (int lId : {pA.mIds[0], pA.mNumber}) {
+        KLyrPropertyEntry* lEntry = nullptr;
+        Page* lHolder = nullptr;
+        const int lModel = pA.mPages[0]->GetMinimum(lId, nullptr, &lHolder);
+        mSame.Same("id that follows", lLibrary->GetMinimumPropertyIdAndEntry(lId, &lEntry), lModel);
+        const KLyrPropertyPage* lExpected = mPair.Library(Pair::SlotOf(lHolder));
+        mSame.Same("entry that follows", lEntry == (lExpected ? lExpected->GetPropertyEntry(lModel) : nullptr), true);
+        mSame.Same("id that follows, without its entry", lLibrary->GetMinimumPropertyIdAndEntry(lId), lModel);
+    }
 }
 
 void Driver::LookAt(const Arguments& pA) {
+    mSame.SetTally(nullptr);
     mSame.Property(pA.mSlots[0], pA.mIds[0]);
 }
 

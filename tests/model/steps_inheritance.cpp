@@ -151,6 +151,7 @@ void Driver::DisconnectNth(const Arguments& pA) {
     lExisting.mPages[1] = lLink.mPeer->mPage;
     lExisting.mSlots[1] = lLink.mPeer->mPage->mSlot;
     lExisting.mIds[1] = lLink.mPeer->mId;
+    IsConnected(lExisting);
     Disconnect(lExisting, pA.mBools[0]);
 }
 
@@ -183,8 +184,33 @@ void Driver::GetDst(const Arguments& pA) {
     GetEnd(pA, false);
 }
 
+// The page or the id of an other end alone, neither, or both; what there is not is not written.
+void Driver::GetEndInPart(const Arguments& pA) {
+    if (!pA.mPages[0])
+        return;
+    const bool lSrc = pA.mBools[0];
+    KLyrConnectionPointFilter* lFilter = mPair.LibraryFilterAt(pA.mFilter);
+    const std::vector<Link> lLinks = pA.mPages[0]->GetLinks(pA.mIds[0], lSrc, mPair.ModelFilterAt(pA.mFilter));
+    const bool lInside = pA.mNumber >= 0 && pA.mNumber < static_cast<int>(lLinks.size());
+    const lyrmodel::Connect* lPeer = lInside ? lLinks[static_cast<std::size_t>(pA.mNumber)].mPeer : nullptr;
+    KLyrPropertyPage* const lPage = mPair.Library(pA.mSlots[0]);
+    KLyrPropertyPage* lEndPage = lPage;
+    int lEndId = -5;
+    const bool lAsksPage = pA.mBits & 32, lAsksId = pA.mBits & 64;
+    KLyrPropertyPage** lPageOut = lAsksPage ? &lEndPage : nullptr;
+    int* lIdOut = lAsksId ? &lEndId : nullptr;
+    const bool lFound = lSrc ? lPage->GetSrc(pA.mIds[0], pA.mNumber, lFilter, lPageOut, lIdOut)
+                             : lPage->GetDst(pA.mIds[0], pA.mNumber, lFilter, lPageOut, lIdOut);
+    mSame.Same("other end there", lFound, lInside);
+    mSame.Same("page of the other end", mPair.SlotOf(lEndPage),
+               lInside && lAsksPage ? lPeer->mPage->mSlot : pA.mSlots[0]);
+    mSame.Same("id of the other end", lEndId, lInside && lAsksId ? lPeer->mId : -5);
+}
+
 void Driver::WipeAllConnections(const Arguments& pA) {
     HandleAt(pA).WipeAllConnections();
+    mSame.Count("connections wiped",
+                pA.mPages[0] && !pA.mPages[0]->GetLinks(pA.mIds[0], pA.mBools[0], nullptr).empty());
     if (pA.mPages[0])
         pA.mPages[0]->Wipe(pA.mIds[0]);
 }
