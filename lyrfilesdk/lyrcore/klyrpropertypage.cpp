@@ -8,6 +8,9 @@ namespace {
 // Records that a family root makes room for; most root pages stay below it.
 constexpr unsigned int kRootReserve = 32;
 
+// Records of entries that went which a page always puts up with.
+constexpr unsigned int kDeadRecords = 32;
+
 }  // namespace
 
 // --- the id generator ----------------------------------------------------------------------------------------------
@@ -241,7 +244,7 @@ int KLyrPropertyPage::Add(int pParentId, KLyrPropertyInfo* pInfo, KLyrPropertyVa
 int KLyrPropertyPage::AddEntry(int pParentId, KLyrPropertyInfo* pInfo, KLyrPropertyValue* pValue,
                                KLyrPropertyConnect* pConnect) {
     const int lId = mIdGenerator->PeekNextId();
-    KEntryMap::RecordType* lRecord = lId >= 0 ? mEntries.Insert(lId, nullptr).mFirst : nullptr;
+    KEntryMap::RecordType* lRecord = lId >= 0 ? InsertRecord(lId, nullptr).mFirst : nullptr;
     if (!lRecord)
         return -1;
 
@@ -294,9 +297,20 @@ KLyrPropertyEntry* KLyrPropertyPage::GetPropertyEntry(int pId, KLyrPropertyPage*
     return nullptr;
 }
 
+// As the map's Insert, but all records may move. The map's allocator takes nothing back, so that entries which come and
+// go would make it grow without end. When it would have to grow and most of its records are dead, the living ones move
+// to a new one that as many again fit into; that many insertions pay for the move. Without memory for it the map grows.
+KPair<KLyrPropertyPage::KEntryMap::RecordType*, bool> KLyrPropertyPage::InsertRecord(int pId,
+                                                                                     KLyrPropertyEntry* pEntry) {
+    const unsigned int lLive = static_cast<unsigned int>(mEntries.GetSize());
+    if (mEntries.GetReservedCount() > std::size_t(2) * lLive + kDeadRecords && !mEntries.HasRoom())
+        mEntries.Compact(lLive + kDeadRecords);
+    return mEntries.Insert(pId, pEntry);
+}
+
 KLyrPropertyEntry* KLyrPropertyPage::InsertOwnEntry(int pId, int pParentId) {
     KLyrPropertyEntry* lEntry = KLyrPropertyEntry::Create(pParentId, nullptr, nullptr, nullptr);
-    if (lEntry && !mEntries.Insert(pId, lEntry).mSecond) {
+    if (lEntry && !InsertRecord(pId, lEntry).mSecond) {
         lEntry->Destroy();
         lEntry = nullptr;
     }

@@ -23,7 +23,8 @@
 // pointer to a page or item that was destroyed and a value pointer whose memory is not of the stated type.
 //
 // Cost, for n properties on the chain of d pages: reading or writing a value or flags d lookups of O(log n); the tree
-// walks d lookups a step, over the ids between start and answer. No lookup, read or walk allocates.
+// walks d lookups a step, over the ids between start and answer. No lookup, read or walk allocates. The memory of
+// entries that went is used again: a page holds room for about twice the entries it had at most at a time.
 //
 // A page family is used by one thread at a time; different families may be used by different threads.
 
@@ -281,6 +282,7 @@ private:
     int AddClone(int pParentId, const KLyrPropertyPage* pFrom, int pFromId);
     bool Expand(int pId, KLyrPropertyPage* pTypeInfo);
     void UndoAdd(int pFirstId);
+    KPair<KEntryMap::RecordType*, bool> InsertRecord(int pId, KLyrPropertyEntry* pEntry);
     KLyrPropertyEntry* InsertOwnEntry(int pId, int pParentId);
     KLyrPropertyEntry* FindOwnEntry(int pId) const;
     void DropIfEmpty(int pId);

@@ -1,6 +1,7 @@
 #include "lyrfilesdk/components/kbaselib/klib/kcontainerallocators.h"
 
 #include <cstdint>
+#include <utility>
 
 namespace lyrsdk {
 namespace {
@@ -29,7 +30,7 @@ KHungryAllocator::MemoryBlock::MemoryBlock(std::size_t pByteCount)
 }
 
 void* KHungryAllocator::MemoryBlock::GetChunk(std::size_t pByteCount) {
-    if (pByteCount >= static_cast<std::size_t>(mEnd - mFreeData))
+    if (!HasRoom(pByteCount))
         return nullptr;
     void* lChunk = mFreeData;
     mFreeData += pByteCount;
@@ -59,6 +60,18 @@ bool KHungryAllocator::Reserve(std::size_t pRecordCount) {
     mData = lBlock;
     mRecordPoolSize += pRecordCount;
     return true;
+}
+
+bool KHungryAllocator::HasRoom() const {
+    const MemoryBlock* lBlock = mData;
+    while (lBlock && !lBlock->HasRoom(mRecordSize))
+        lBlock = lBlock->mNextBlock;
+    return lBlock != nullptr;
+}
+
+void KHungryAllocator::Swap(KHungryAllocator& pOther) {
+    std::swap(mData, pOther.mData);
+    std::swap(mRecordPoolSize, pOther.mRecordPoolSize);
 }
 
 void* KHungryAllocator::AllocateRecords(std::size_t pRecordCount) {

@@ -54,6 +54,7 @@ public:
 
         // The next pByteCount free bytes, or null when they would reach mEnd.
         void* GetChunk(std::size_t pByteCount);
+        bool HasRoom(std::size_t pByteCount) const { return pByteCount < static_cast<std::size_t>(mEnd - mFreeData); }
 
         // The block reserved before this one, or null.
         MemoryBlock* mNextBlock = nullptr;
@@ -80,6 +81,10 @@ public:
     std::size_t GetRecordSize() const { return mRecordSize; }
     // Records reserved so far, over all blocks.
     std::size_t GetRecordPoolSize() const { return mRecordPoolSize; }
+    // Whether the next record comes out of a block that is there.
+    bool HasRoom() const;
+    // Changes blocks with another allocator. Both must be for records of one size.
+    void Swap(KHungryAllocator& pOther);
     // The newest block, or null when there is none.
     const MemoryBlock* GetNewestBlock() const { return mData; }
 

@@ -4,8 +4,8 @@
 //
 // A map is one red-black tree of key-value records and forwards to it; kredblacktree.h has the record's layout, the
 // costs, and what is reported. Keys are distinct and walked in increasing order. Inserting a key that is there changes
-// nothing. Records keep their address until they are removed; what pointer values and pointers in keys point at belongs
-// to the caller.
+// nothing. Records keep their address until they are removed or the owner of the map compacts it; what pointer values
+// and pointers in keys point at belongs to the caller.
 //
 // Failure values: null for a record that is not there, 0 for nothing removed, (null, false) for an insertion without
 // memory, which leaves the map as it was.
@@ -50,7 +50,7 @@ struct KStringCompare {
     int operator()(const KString& pLeft, const KString& pRight) const { return lyrCompareText(pLeft, pRight); }
 };
 
-// A place in a tree: one record pointer, null behind the last record. It stays valid until its record is removed.
+// A place in a tree: one record pointer, null behind the last record. It stays valid as long as its record's address.
 template <typename RecordType>
 class RedBack_IteratorType {
 public:
@@ -110,6 +110,15 @@ public:
     bool Reserve(unsigned int pCount) { return mTree.Reserve(pCount); }
     // The number of records.
     int GetSize() const { return mTree.GetSize(); }
+
+    // A map on a KHungryAllocator keeps the memory of the records that were removed until it is compacted.
+    //
+    // How many records there was memory for so far, removed ones among them, and whether one more needs none.
+    std::size_t GetReservedCount() const { return mTree.GetReservedCount(); }
+    bool HasRoom() const { return mTree.HasRoom(); }
+    // Moves all records to new memory that holds them and pMore others, and gives the old memory back. Every record has
+    // another address from then on. False, and nothing changes, when there is no memory. Linear.
+    bool Compact(unsigned int pMore) { return mTree.Compact(pMore); }
 
     // The record with the key, and true when this call made it; a record that was there keeps its value. O(log n).
     KPair<RecordType*, bool> Insert(const Key& pKey, const Value& pValue) { return mTree.Insert(pKey, pValue); }

@@ -161,6 +161,42 @@ TEST(KHungryAllocator, HandsOutRecordsThatDoNotOverlap) {
             ASSERT_EQ(lRecords[lRecord][lByte], lRecord % 251);
 }
 
+TEST(KHungryAllocator, HasRoomAsLongAsTheNextRecordTakesNoMemory) {
+    KHungryAllocator lAllocator(kRecordSize);
+    EXPECT_FALSE(lAllocator.HasRoom());
+    for (int lReserved : {1, 2, 9, 40}) {
+        lAllocator.Reserve(static_cast<std::size_t>(lReserved));
+        // The block of one record in front of the others has no room, and theirs counts.
+        lAllocator.Reserve(1);
+        for (int i = 0; i < lReserved - 1; ++i) {
+            EXPECT_TRUE(lAllocator.HasRoom()) << "record " << i << " of " << lReserved;
+            const std::size_t lBefore = MemoryProbe::Allocations();
+            lAllocator.AllocateRecords(1);
+            EXPECT_EQ(MemoryProbe::Allocations(), lBefore);
+        }
+        EXPECT_FALSE(lAllocator.HasRoom()) << "behind " << lReserved;
+    }
+}
+
+TEST(KHungryAllocator, ChangesBlocksWithAnother) {
+    LeakCheck lLeaks;
+    KHungryAllocator lLeft(kRecordSize);
+    KHungryAllocator lRight(kRecordSize);
+    lLeft.Reserve(5);
+    lRight.Reserve(3);
+    lRight.Reserve(4);
+    void* lRecord = lLeft.AllocateRecords(1);
+    std::memset(lRecord, 7, kRecordSize);
+    lLeft.Swap(lRight);
+    EXPECT_EQ(BlockSizes(lLeft), (std::vector<std::size_t>{4, 3}));
+    EXPECT_EQ(lLeft.GetRecordPoolSize(), 7u);
+    EXPECT_EQ(BlockSizes(lRight), (std::vector<std::size_t>{5}));
+    EXPECT_EQ(lRight.GetRecordPoolSize(), 5u);
+    EXPECT_EQ(lRecord, lRight.GetNewestBlock()->mData);
+    EXPECT_EQ(static_cast<char*>(lRecord)[kRecordSize - 1], 7);
+    EXPECT_NE(lRight.AllocateRecords(1), lRecord);
+}
+
 TEST(KHungryAllocator, GivesNothingBackBeforeItsEnd) {
     const std::size_t lBefore = MemoryProbe::LiveBlocks();
     {

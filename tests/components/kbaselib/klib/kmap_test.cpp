@@ -10,6 +10,7 @@
 #include <random>
 #include <string>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "tests/support/map_invariants.h"
@@ -346,6 +347,78 @@ TEST(EntryMap, ReserveMakesRoomForOneRecordLess) {
     EXPECT_EQ(MemoryProbe::Allocations(), lBefore + 2);
     FailAllocations lFail(0, true);
     EXPECT_FALSE(lMap.Reserve(1));
+}
+
+// Maps of every size up to a hundred, and with holes, so that trees of many shapes are moved.
+TEST(EntryMap, CompactingMovesTheRecordsAndKeepsTheTree) {
+    for (int lSize = 0; lSize < 100; ++lSize) {
+        SCOPED_TRACE(lSize);
+        LeakCheck lLeaks;
+        EntryMap lMap;
+        for (int i = 0; i < 3 * lSize; ++i)
+            lMap.Insert((i * 37) % (3 * lSize), EntryTraits::Value(i));
+        for (int i = 0; i < 2 * lSize; ++i)
+            lMap.Remove((i * 11) % (3 * lSize));
+        std::vector<std::pair<int, int*>> lBefore;
+        std::vector<unsigned int> lColors;
+        for (auto lIt = lMap.Begin(); lIt != lMap.End(); ++lIt) {
+            lBefore.emplace_back(lIt->GetKey(), lIt->GetValue());
+            lColors.push_back(lIt->mColor);
+        }
+        ASSERT_TRUE(lMap.Compact(5));
+        EXPECT_TRUE(HoldsInvariants(lMap));
+        EXPECT_EQ(lMap.GetReservedCount(), lBefore.size() + 6);
+        std::size_t lAt = 0;
+        const EntryMap::RecordType* lLast = nullptr;
+        for (auto lIt = lMap.Begin(); lIt != lMap.End(); ++lIt, ++lAt) {
+            ASSERT_LT(lAt, lBefore.size());
+            EXPECT_EQ(lBefore[lAt], std::make_pair(lIt->GetKey(), lIt->GetValue()));
+            EXPECT_EQ(lColors[lAt], lIt->mColor);
+            EXPECT_TRUE(!lLast || lIt.operator->() == lLast + 1) << "in order of their keys, side by side";
+            lLast = lIt.operator->();
+        }
+        EXPECT_EQ(lAt, lBefore.size());
+        const std::size_t lAllocations = MemoryProbe::Allocations();
+        for (int i = 0; i < 5; ++i) {
+            EXPECT_TRUE(lMap.HasRoom());
+            EXPECT_TRUE(lMap.Insert(-1 - i, nullptr).mSecond);
+        }
+        EXPECT_FALSE(lMap.HasRoom());
+        EXPECT_EQ(MemoryProbe::Allocations(), lAllocations);
+        EXPECT_TRUE(HoldsInvariants(lMap));
+    }
+}
+
+TEST(EntryMap, CompactingGivesTheOldMemoryBack) {
+    EntryMap lMap;
+    for (int lId = 0; lId < 1000; ++lId)
+        lMap.Insert(lId, nullptr);
+    for (int lId = 1; lId < 1000; ++lId)
+        lMap.Remove(lId);
+    const std::size_t lFull = MemoryProbe::LiveBytes();
+    ASSERT_TRUE(lMap.Compact(0));
+    EXPECT_LE(MemoryProbe::LiveBytes() + 990 * sizeof(EntryMap::RecordType), lFull);
+    EXPECT_EQ(lMap.GetReservedCount(), 2u);
+    EXPECT_NE(lMap.Find(0), nullptr);
+}
+
+TEST(EntryMap, StaysAsItIsWhenCompactingFindsNoMemory) {
+    LeakCheck lLeaks;
+    EntryMap lMap;
+    for (int lId = 0; lId < 10; ++lId)
+        lMap.Insert(lId, nullptr);
+    const EntryMap::RecordType* lRecord = lMap.Find(7);
+    const std::size_t lReserved = lMap.GetReservedCount();
+    for (std::size_t lFirst = 0; lFirst < 2; ++lFirst) {
+        FailAllocations lFail(lFirst, false);
+        EXPECT_FALSE(lMap.Compact(20));
+        EXPECT_EQ(lFail.Failed(), 1u);
+        EXPECT_EQ(lMap.Find(7), lRecord);
+        EXPECT_EQ(lMap.GetReservedCount(), lReserved);
+        EXPECT_TRUE(HoldsInvariants(lMap));
+    }
+    EXPECT_TRUE(lMap.Compact(20));
+    EXPECT_NE(lMap.Find(7), lRecord);
 }
 
 TEST(EntryMap, LeavesAloneWhatItsValuesPointAt) {
