@@ -41,6 +41,7 @@ struct alignas(std::max_align_t) Prefix {
 
 std::atomic<std::size_t> sgLiveBytes{0};
 std::atomic<std::size_t> sgLiveBlocks{0};
+std::atomic<std::size_t> sgPeakBytes{0};
 std::atomic<std::size_t> sgAllocations{0};
 std::atomic<std::size_t> sgLastSize{0};
 
@@ -59,6 +60,12 @@ bool Refuses() {
     return lRefuses;
 }
 
+void RaisePeak(std::size_t pBytes) {
+    std::size_t lPeak = sgPeakBytes;
+    while (pBytes > lPeak && !sgPeakBytes.compare_exchange_weak(lPeak, pBytes))
+        continue;
+}
+
 void* Allocate(std::size_t pSize) {
     sgLastSize = pSize;
     if (Refuses() || pSize > SIZE_MAX - sizeof(Prefix))
@@ -69,7 +76,7 @@ void* Allocate(std::size_t pSize) {
     Prefix* lPrefix = ::new (lMemory) Prefix{pSize, kLiveMark};
     ++sgAllocations;
     ++sgLiveBlocks;
-    sgLiveBytes += pSize;
+    RaisePeak(sgLiveBytes += pSize);
     std::memset(lPrefix + 1, kFreshByte, pSize);
     ASAN_POISON_MEMORY_REGION(lPrefix, sizeof(Prefix));
     return lPrefix + 1;
@@ -101,6 +108,14 @@ std::size_t MemoryProbe::LiveBytes() {
 
 std::size_t MemoryProbe::LiveBlocks() {
     return sgLiveBlocks;
+}
+
+std::size_t MemoryProbe::PeakBytes() {
+    return sgPeakBytes;
+}
+
+void MemoryProbe::ResetPeak() {
+    sgPeakBytes = sgLiveBytes.load();
 }
 
 std::size_t MemoryProbe::Allocations() {

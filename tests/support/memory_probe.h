@@ -18,6 +18,9 @@ public:
     // What is handed out and not yet given back.
     static std::size_t LiveBytes();
     static std::size_t LiveBlocks();
+    // The most that LiveBytes was since the latest ResetPeak.
+    static std::size_t PeakBytes();
+    static void ResetPeak();
     // Requests that were answered with memory, since the program started.
     static std::size_t Allocations();
     // The bytes asked for by the latest request, whether it failed or not.

@@ -22,6 +22,22 @@ TEST(MemoryProbe, CountsWhatIsAlive) {
     EXPECT_EQ(MemoryProbe::Allocations(), lAllocations + 1);
 }
 
+TEST(MemoryProbe, RemembersTheMostThatWasAlive) {
+    MemoryProbe::ResetPeak();
+    const std::size_t lBytes = MemoryProbe::LiveBytes();
+    EXPECT_EQ(MemoryProbe::PeakBytes(), lBytes);
+    void* lFirst = LyrSdkMalloc(10);
+    void* lSecond = LyrSdkMalloc(20);
+    LyrSdkFree(lFirst);
+    void* lThird = LyrSdkMalloc(5);
+    EXPECT_EQ(MemoryProbe::PeakBytes(), lBytes + 30);
+    MemoryProbe::ResetPeak();
+    EXPECT_EQ(MemoryProbe::PeakBytes(), lBytes + 25);
+    LyrSdkFree(lSecond);
+    LyrSdkFree(lThird);
+    EXPECT_EQ(MemoryProbe::PeakBytes(), lBytes + 25);
+}
+
 TEST(MemoryProbe, StopsTheProgramWhenABlockIsNotItsOwn) {
     alignas(std::max_align_t) char lForeign[256] = {};
     EXPECT_DEATH(LyrSdkFree(lForeign + 128), "is not a live block");

@@ -22,6 +22,7 @@
 // sites, not places in this file.
 
 #include <climits>
+#include <cstddef>
 #include <new>
 #include <type_traits>
 #include <utility>
