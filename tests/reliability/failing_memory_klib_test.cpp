@@ -180,11 +180,19 @@ struct ArrayStage {
     static testing::AssertionResult Holds() { return testing::AssertionSuccess(); }
 };
 
+using Elements = testing::Types<int, long long>;
 template <typename T>
 class FailingMemoryArray : public testing::Test {};
-TYPED_TEST_SUITE_P(FailingMemoryArray);
 
-TYPED_TEST_P(FailingMemoryArray, InsertsOrKeepsElementsAndRoom) {
+struct ElementNames {
+    template <typename T>
+    static std::string GetName(int) {
+        return sizeof(T) == 4 ? "OfFourBytes" : "OfEightBytes";
+    }
+};
+TYPED_TEST_SUITE(FailingMemoryArray, Elements, ElementNames);
+
+TYPED_TEST(FailingMemoryArray, InsertsOrKeepsElementsAndRoom) {
     using Stage = ArrayStage<TypeParam>;
     const Operation<Stage> lOperations[] = {
         {"Add", [](Stage& pStage) { return Answer(pStage.mArray.Add(99)); }, "-1"},
@@ -210,7 +218,7 @@ TYPED_TEST_P(FailingMemoryArray, InsertsOrKeepsElementsAndRoom) {
     }
 }
 
-TYPED_TEST_P(FailingMemoryArray, ReadsRemovesAndSwapsWithoutMemory) {
+TYPED_TEST(FailingMemoryArray, ReadsRemovesAndSwapsWithoutMemory) {
     ArrayStage<TypeParam> lStage;
     const FailAllocations lFail(0, true);
     EXPECT_EQ(lStage.mArray.Find(77), 7);
@@ -221,10 +229,6 @@ TYPED_TEST_P(FailingMemoryArray, ReadsRemovesAndSwapsWithoutMemory) {
     lStage.mEmpty.Clear();
     EXPECT_EQ(lFail.Failed(), 0u);
 }
-
-REGISTER_TYPED_TEST_SUITE_P(FailingMemoryArray, InsertsOrKeepsElementsAndRoom, ReadsRemovesAndSwapsWithoutMemory);
-using Elements = testing::Types<int, long long>;
-INSTANTIATE_TYPED_TEST_SUITE_P(KArray, FailingMemoryArray, Elements);
 
 // --- the hook, allocators, owners ------------------------------------------------------------------------------------
 
@@ -381,12 +385,26 @@ struct MapStage {
     }
 };
 
+using NameKey = KPair<int, const char*>;
+using Maps = testing::Types<
+    MapStage<int, KLyrLessCompare<int>, KHungryAllocator>, MapStage<int, KLyrLessCompare<int>, KBaseAllocator>,
+    MapStage<NameKey, KNameMapCompare, KHungryAllocator>, MapStage<NameKey, KNameMapCompare, KBaseAllocator>,
+    MapStage<KString, KStringCompare, KHungryAllocator>, MapStage<KString, KStringCompare, KBaseAllocator>>;
+
 template <typename Stage>
 class FailingMemoryMap : public testing::Test {};
-TYPED_TEST_SUITE_P(FailingMemoryMap);
+
+struct MapNames {
+    template <typename Stage>
+    static std::string GetName(int pIndex) {
+        static const char* const sKeys[] = {"OfIds", "OfNames", "OfTexts"};
+        return std::string(sKeys[pIndex / 2]) + (pIndex % 2 == 0 ? "InBlocks" : "InRecordsOfTheirOwn");
+    }
+};
+TYPED_TEST_SUITE(FailingMemoryMap, Maps, MapNames);
 
 // A hungry allocator has room left as often as not, so its blocks are filled first.
-TYPED_TEST_P(FailingMemoryMap, InsertsOrKeepsRecordsAndOrder) {
+TYPED_TEST(FailingMemoryMap, InsertsOrKeepsRecordsAndOrder) {
     using Stage = TypeParam;
     const Operation<Stage> lOperations[] = {
         {"InsertTheFirst", [](Stage& pStage) { return pStage.InsertInto(pStage.mEmpty, 0); }, "null false"},
@@ -425,7 +443,7 @@ TYPED_TEST_P(FailingMemoryMap, InsertsOrKeepsRecordsAndOrder) {
     }
 }
 
-TYPED_TEST_P(FailingMemoryMap, FindsRemovesAndMeetsKeysThatAreThereWithoutMemory) {
+TYPED_TEST(FailingMemoryMap, FindsRemovesAndMeetsKeysThatAreThereWithoutMemory) {
     TypeParam lStage;
     const FailAllocations lFail(0, true);
     EXPECT_NE(lStage.mMap.Find(*lStage.mEven[3]), nullptr);
@@ -439,15 +457,6 @@ TYPED_TEST_P(FailingMemoryMap, FindsRemovesAndMeetsKeysThatAreThereWithoutMemory
     EXPECT_TRUE(lStage.Holds());
     EXPECT_EQ(lFail.Failed(), 0u);
 }
-
-REGISTER_TYPED_TEST_SUITE_P(FailingMemoryMap, InsertsOrKeepsRecordsAndOrder,
-                            FindsRemovesAndMeetsKeysThatAreThereWithoutMemory);
-using NameKey = KPair<int, const char*>;
-using Maps = testing::Types<
-    MapStage<int, KLyrLessCompare<int>, KHungryAllocator>, MapStage<int, KLyrLessCompare<int>, KBaseAllocator>,
-    MapStage<NameKey, KNameMapCompare, KHungryAllocator>, MapStage<NameKey, KNameMapCompare, KBaseAllocator>,
-    MapStage<KString, KStringCompare, KHungryAllocator>, MapStage<KString, KStringCompare, KBaseAllocator>>;
-INSTANTIATE_TYPED_TEST_SUITE_P(KMap, FailingMemoryMap, Maps);
 
 TEST(FailingMemoryMap, ReservesOrStaysAsItWas) {
     using Stage = MapStage<int, KLyrLessCompare<int>, KHungryAllocator>;

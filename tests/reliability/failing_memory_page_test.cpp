@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <string>
 
 #include "lyrfilesdk/lyrcore/klyrpropertypage.h"
