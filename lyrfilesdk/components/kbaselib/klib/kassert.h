@@ -25,15 +25,23 @@ LYRSDK_API KAssertFailedHandler KSetAssertFailedHandler(KAssertFailedHandler pHa
 LYRSDK_API void KAssertFailed(const char* pFile, const char* pFunction, unsigned long pLine, const char* pMessage,
                               bool* pHideForever);
 
+namespace detail {
+
+// Makes a report unless the site's flag hides it.
+inline void ReportAt(const char* pFile, unsigned long pLine, const char* pMessage, bool* pHideForever) {
+    if (!__atomic_load_n(pHideForever, __ATOMIC_RELAXED))
+        KAssertFailed(pFile, "", pLine, pMessage, pHideForever);
+}
+
+}  // namespace detail
 }  // namespace lyrsdk
 
 // Makes a report. Every expansion is one site, with a flag of its own. The flag is read atomically, because two threads
 // may reach one site at the same time while they work on page families that have nothing else in common.
-#define LYRSDK_REPORT(pFile, pLine, pMessage)                                         \
-    do {                                                                              \
-        static bool sHideForEver = false;                                             \
-        if (!__atomic_load_n(&sHideForEver, __ATOMIC_RELAXED))                        \
-            ::lyrsdk::KAssertFailed((pFile), "", (pLine), (pMessage), &sHideForEver); \
+#define LYRSDK_REPORT(pFile, pLine, pMessage)                                    \
+    do {                                                                         \
+        static bool sHideForEver = false;                                        \
+        ::lyrsdk::detail::ReportAt((pFile), (pLine), (pMessage), &sHideForEver); \
     } while (false)
 
 // Makes a report when pCondition does not hold.
