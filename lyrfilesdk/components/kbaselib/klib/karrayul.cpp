@@ -33,7 +33,9 @@ void KBaseArrayFast<pElementSize>::SetBlockCount(int pBlockCount) {
     if (!mBaseArray)
         return;
     // Less than there is, or than is in use, may be written as it stands: InsertAt makes the room that it needs.
-    if (pBlockCount <= GetBlockCount() || pBlockCount < (mArrayCount + sgElementsPerBlock - 1) / sgElementsPerBlock)
+    // Element 0 stands in for missing ones, so that its room must stay.
+    if (pBlockCount <= 0 || pBlockCount <= GetBlockCount() ||
+        pBlockCount < (mArrayCount + sgElementsPerBlock - 1) / sgElementsPerBlock)
         reinterpret_cast<BlockHeader*>(mBaseArray)->mBlockCount = pBlockCount;
     else
         ResizeBlock(pBlockCount);

@@ -286,6 +286,25 @@ TEST(KArrayTemplate, KeepsItsElementsWhenRoomIsSetAgainAndAgain) {
     }
 }
 
+// An array whose last element went keeps its block, in which element 0 stands in for all others.
+TEST(KArrayTemplate, KeepsRoomForTheFirstElementWhenItIsEmptyAndNoRoomIsSet) {
+    LeakCheck lLeaks;
+    for (int lFirst : {INT_MIN, -2, -1, 0, 1, 2}) {
+        for (int lSecond : {INT_MIN, -2, -1, 0, 1, 2}) {
+            Numbers lArray;
+            lArray.Add(1);
+            lArray.RemoveAt(0);
+            lArray.SetBlockCount(lFirst);
+            lArray.SetBlockCount(lSecond);
+            EXPECT_EQ(lArray.GetBlockCount(), lSecond);
+            EXPECT_EQ(lArray.GetAt(0), 0u) << lFirst << ", " << lSecond;
+            lArray[5] = 3;
+            EXPECT_EQ(lArray.GetAt(-1), 3u) << lFirst << ", " << lSecond;
+            EXPECT_EQ(lArray.Add(4), 0);
+        }
+    }
+}
+
 TEST(KArrayTemplate, KeepsItsRoomWhenALargerOneIsNotToBeHad) {
     Pointers lArray;
     Fill(lArray, 1);
