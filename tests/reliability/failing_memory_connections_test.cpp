@@ -18,7 +18,8 @@ namespace {
 // are shown by their number.
 template <int kSources, int kDestinations>
 struct PointStage {
-    static constexpr int kPeers = 200;
+    static constexpr int kPeers = 240;
+    static constexpr int kNew = 170;
 
     std::vector<std::unique_ptr<KLyrConnectionPoint>> mPeers;
     int mNumbers[kPeers + 1];
@@ -86,6 +87,7 @@ struct PointStage {
 using Few = PointStage<4, 4>;
 using ShortOfAnIndex = PointStage<20, 12>;
 using Many = PointStage<70, 50>;
+using Sources = PointStage<150, 4>;
 
 constexpr auto kNothing = Refused::eChangesNothing;
 
@@ -98,15 +100,15 @@ void LookThroughFilters(Stage& pStage) {
 template <typename Stage>
 std::vector<Operation<Stage>> Operations() {
     return {
-        {"ConnectASource", [](Stage& p) { return Answer(p.mPoint->ConnectSrc(p.Peer(100), eLyrConnectionDefault)); },
+        {"ConnectASource", [](Stage& p) { return Answer(p.mPoint->ConnectSrc(p.Peer(p.kNew), eLyrConnectionDefault)); },
          "false"},
         {"ConnectADestination",
-         [](Stage& p) { return Answer(p.Peer(100)->ConnectSrc(p.mPoint.get(), eLyrConnectionDefault)); }, "false"},
+         [](Stage& p) { return Answer(p.Peer(p.kNew)->ConnectSrc(p.mPoint.get(), eLyrConnectionDefault)); }, "false"},
         {"ConnectASourceThatFiltersSee",
-         [](Stage& p) { return Answer(p.mPoint->ConnectSrc(p.Peer(100), eLyrConnectionDefault)); }, "false", kNothing,
-         LookThroughFilters<Stage>},
+         [](Stage& p) { return Answer(p.mPoint->ConnectSrc(p.Peer(p.kNew), eLyrConnectionDefault)); }, "false",
+         kNothing, LookThroughFilters<Stage>},
         {"ConnectADestinationThatFiltersSee",
-         [](Stage& p) { return Answer(p.Peer(100)->ConnectSrc(p.mPoint.get(), eLyrConnectionDefault)); }, "false",
+         [](Stage& p) { return Answer(p.Peer(p.kNew)->ConnectSrc(p.mPoint.get(), eLyrConnectionDefault)); }, "false",
          kNothing, LookThroughFilters<Stage>},
         {"CountSourcesThroughAFilter", [](Stage& p) { return Answer(p.mPoint->GetSrcCount(&p.mUser)); }, "0"},
         {"CountDestinationsThroughAFilter", [](Stage& p) { return Answer(p.mPoint->GetDstCount(&p.mUser)); }, "0"},
@@ -119,12 +121,12 @@ std::vector<Operation<Stage>> Operations() {
 
 template <typename Stage>
 class FailingMemoryPoint : public testing::Test {};
-using Stages = testing::Types<Few, ShortOfAnIndex, Many>;
+using Stages = testing::Types<Few, ShortOfAnIndex, Many, Sources>;
 
 struct StageNames {
     template <typename Stage>
     static std::string GetName(int pIndex) {
-        static const char* const sNames[] = {"WithFewConnections", "ShortOfAnIndex", "WithAnIndex"};
+        static const char* const sNames[] = {"WithFewConnections", "ShortOfAnIndex", "WithAnIndex", "WithManySources"};
         return sNames[pIndex];
     }
 };
@@ -145,7 +147,7 @@ TYPED_TEST(FailingMemoryPoint, ShowsThroughItsFiltersWhatItShowsWithoutThem) {
         std::size_t lFailed = 0;
         {
             const FailAllocations lFail(pPoint.mFirst, pPoint.mForever);
-            for (int i = 100; i < 120; ++i)
+            for (int i = lStage.kNew - 10; i < lStage.kNew; ++i)
                 lStage.mPoint->ConnectSrc(lStage.Peer(i), lStage.TypeOf(i));
             lFailed = lFail.Failed();
         }
@@ -189,7 +191,7 @@ TEST(FailingMemoryLongList, ComesOutInOrderOfConnectionThoughItsIndexComesAndGoe
     std::vector<int> lModel{0, 1, 2, 3};
     std::mt19937 lEngine(11);
     for (int lStep = 0; lStep < 4000; ++lStep) {
-        const int lPeer = static_cast<int>(lEngine() % 190u);
+        const int lPeer = static_cast<int>(lEngine() % 220u);
         const bool lGrowing = lStep % 1000 < 500;
         const FailAllocations lFail(lEngine() % 3, lEngine() % 2 == 0);
         const auto lAt = std::find(lModel.begin(), lModel.end(), lPeer);

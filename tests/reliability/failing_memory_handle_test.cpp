@@ -105,6 +105,13 @@ const Operation<S> kConnectionOperations[] = {
          return Answer(lFound.Valid());
      },
      "false", kNothing, [](S& p) { p.Here().Add(std::string(1000, 'n').c_str(), eBOOL1).Add("deep", eBOOL1); }},
+    {"FindsAlongALongNameByType",
+     [](S& p) {
+         const std::string lPath = std::string(1000, 'n') + "|deep";
+         return Answer(p.Here().Find(lPath.c_str(), "|", KLyrPropertyHandle(p.mInner.get(), 0), true).Valid());
+     },
+     "false", kNothing,
+     [](S& p) { p.Here().Add(std::string(1000, 'n').c_str(), eBOOL1).Add("deep", H(p.mInner.get(), 0)); }},
     {"OpensABracket",
      [](S& p) {
          p.Here().BeginCreateOrFindProperty();

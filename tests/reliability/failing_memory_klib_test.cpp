@@ -237,7 +237,7 @@ struct BlockStage {
     KHungryAllocator mHungry{24};
     KBaseAllocator mBase{24};
     void* mRecords = nullptr;
-    KLyrSdkScopedPtr<KString> mOwner{LyrSdkNew<KString>("owned")};
+    KLyrSdkScopedPtr<KString> mOwner{LyrSdkNew<KString>("old")};
 
     BlockStage() {
         for (int i = 0; i < 4; ++i)

@@ -260,6 +260,19 @@ TEST(FailingMemoryBound, IsNotThereOrEmptyWhenItsFirstTextFoundNoMemory) {
     EXPECT_EQ(lEmpty, 2);
 }
 
+// The list of texts is made first, which is all the memory that is needed where there is no such text.
+TEST(FailingMemoryEnum, SetsNoTextThatIsNotThere) {
+    S lStage;
+    const std::string lBefore = lStage.Shows(Detail::eEverything);
+    for (const bool lRefuse : {true, false}) {
+        const FailAllocations lFail(lRefuse ? 0 : 99, true);
+        lStage.mPage->SetEnumValue(S::eOtherChoice, 0, kLongText);
+        lStage.Here(S::eOtherChoice).RemoveEnumValue(0);
+        EXPECT_EQ(lFail.Failed(), lRefuse ? 2u : 0u);
+    }
+    EXPECT_EQ(lStage.Shows(Detail::eEverything), lBefore);
+}
+
 // A removal makes the list of texts first, which is the only memory it needs, and has nothing to remove then.
 TEST(FailingMemoryEnum, RemovesTextsWithoutMemory) {
     S lStage;

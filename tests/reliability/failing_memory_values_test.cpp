@@ -273,10 +273,10 @@ TEST(FailingMemoryValue, IsConvertedOrLeavesTheDestinationAsItWas) {
     ReportRecorder lReports;
     int lAsking = 0;
     for (const ELyrType lFrom : AllTypes()) {
+        Value lSource(lFrom);
+        lSource.Sample();
         for (const ELyrType lTo : AllTypes()) {
             SCOPED_TRACE(testing::Message() << lFrom << " into " << lTo);
-            Value lSource(lFrom);
-            lSource.Sample();
             Value lDone(lTo);
             const std::size_t lBefore = MemoryProbe::Allocations();
             const bool lConverts = lyrCopy(lDone.Get(), lTo, lSource.Get(), lFrom);
@@ -309,6 +309,17 @@ TEST(FailingMemoryValue, IsConvertedOrLeavesTheDestinationAsItWas) {
     }
     lReports.Clear();
     EXPECT_EQ(lAsking, 22 + 20) << "every code into texts, and all but distances and dates into blobs";
+}
+
+TEST(FailingMemoryValue, GivesFalseAsATextOrNot) {
+    WithEveryAllocationFailing([](FailurePoint pPoint) {
+        KString lText("old");
+        const FailAllocations lFail(pPoint.mFirst, pPoint.mForever);
+        const bool lCopied = lyrCopy(lText, false);
+        EXPECT_EQ(lCopied, lFail.Failed() == 0);
+        EXPECT_STREQ(lText.Buffer(), lFail.Failed() == 0 ? "false" : "old");
+        return lFail.Failed();
+    });
 }
 
 // A longer value in place of a shorter one, which must survive.
