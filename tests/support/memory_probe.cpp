@@ -50,6 +50,7 @@ std::atomic<std::size_t> sgRequests{0};
 std::atomic<std::size_t> sgFailed{0};
 std::size_t sgFirstToFail = 0;
 bool sgFailForever = false;
+std::atomic<void (*)()> sgOnRefusal{nullptr};
 
 bool Refuses() {
     if (!sgFailing)
@@ -57,6 +58,9 @@ bool Refuses() {
     const std::size_t lRequest = sgRequests++;
     const bool lRefuses = lRequest == sgFirstToFail || (sgFailForever && lRequest > sgFirstToFail);
     sgFailed += lRefuses ? 1 : 0;
+    void (*const lListener)() = sgOnRefusal;
+    if (lRefuses && lListener)
+        lListener();
     return lRefuses;
 }
 
@@ -124,6 +128,10 @@ std::size_t MemoryProbe::Allocations() {
 
 std::size_t MemoryProbe::LastSize() {
     return sgLastSize;
+}
+
+void MemoryProbe::OnRefusal(void (*pListener)()) {
+    sgOnRefusal = pListener;
 }
 
 LeakCheck::LeakCheck() : mBlocks(MemoryProbe::LiveBlocks()), mBytes(MemoryProbe::LiveBytes()) {}

@@ -25,6 +25,9 @@ public:
     static std::size_t Allocations();
     // The bytes asked for by the latest request, whether it failed or not.
     static std::size_t LastSize();
+
+    // Has pListener called within every request that is refused; null calls nobody.
+    static void OnRefusal(void (*pListener)());
 };
 
 // Fails the test when its end sees another number of live blocks or bytes than its start.
