@@ -3,11 +3,14 @@
 // The conversions once more, worked out from arithmetic on long double and from the C library. Shares nothing with the
 // library but the value types.
 
+#include <cerrno>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <limits>
+#include <map>
 #include <string>
 #include <type_traits>
 
@@ -18,6 +21,34 @@ namespace lyrsdk {
 namespace reference {
 
 static_assert(std::numeric_limits<long double>::digits >= 64, "long double holds every integer and every double");
+
+// What each destination does with the sources, written down by hand, column by column: bytes, unsigned bytes, shorts,
+// unsigned shorts, unsigned ints, long longs, unsigned long longs, halves, bools, ints, floats, doubles, 2-, 3-,
+// 4-vectors, matrices, strings, times, blobs, distances, date-times.
+inline const std::map<ELyrType, std::string>& Rules() {
+    static const std::map<ELyrType, std::string> sRules = {
+        {eBYTE1, "=C000000CCCC0000P0000"},      {eUBYTE1, "C=000000CCCC0000P0000"},
+        {eSHORT1, "CC=00000CCCC0000P0000"},     {eUSHORT1, "CCC=0000CCCC0000P0000"},
+        {eUINTEGER1, "CCCC=CC0CCCC0000P0000"},  {eLONGLONG1, "CCCCC=C0CCCC0000P0000"},
+        {eULONGLONG1, "CCCCCC=0CCCC0000P0000"}, {eHALFFLOAT, "HHHHHHH=HHHH0000000D0"},
+        {eBOOL1, "CCCCCCC0=CCC0000P0000"},      {eINTEGER1, "CCCCCCC0C=CC0000P0000"},
+        {eFLOAT1, "CCCCC00FCC=C0000000D0"},     {eDOUBLE1, "CCCCCCCFCCC=EEEEPTXDX"},
+        {eDOUBLE2, "VVVVVVVVVVVV=XXXXXXXX"},    {eDOUBLE3, "VVVVVVVVVVVV0=3000000"},
+        {eDOUBLE4, "00000000000004=000000"},    {eDOUBLE44, "XXXXXXXXXXXXXXX=XXXXX"},
+        {eSTRING, "SSSSSSSSSSSSSSSS=SSSS"},     {eTIME, "XXXXXXXXXXXXXXXXX=XXX"},
+        {eBLOB, "BBBBBBBBBBBBBBBBBB=00"},       {eDISTANCE, "0000000000000000000=0"},
+        {eDATETIME, "0000000000000000Y000="},
+    };
+    return sRules;
+}
+
+// The rule of one pair of codes that hold values. An enumeration is an int.
+inline char RuleOf(ELyrType pDst, ELyrType pSrc) {
+    const ELyrType lDst = pDst == eENUM ? eINTEGER1 : pDst;
+    const ELyrType lSrc = pSrc == eENUM ? eINTEGER1 : pSrc;
+    const auto lColumn = std::distance(Rules().begin(), Rules().find(lSrc));
+    return Rules().at(lDst).at(static_cast<std::size_t>(lColumn));
+}
 
 // pValue modulo 2^Bits as a T.
 template <typename T>
@@ -136,25 +167,70 @@ inline std::string Trim(const std::string& pText) {
     return lFirst == std::string::npos ? "" : pText.substr(lFirst, pText.find_last_not_of(lBlanks) + 1 - lFirst);
 }
 
+inline std::string Lower(std::string pText) {
+    for (char& lChar : pText)
+        lChar = lChar >= 'A' && lChar <= 'Z' ? static_cast<char>(lChar - 'A' + 'a') : lChar;
+    return pText;
+}
+
+inline bool IsDigits(const std::string& pText) {
+    return !pText.empty() && pText.find_first_not_of("0123456789") == std::string::npos;
+}
+
+// A decimal number without a sign: digits with at most one point among or around them, and an exponent or none.
+inline bool IsDecimal(const std::string& pLower) {
+    const std::size_t lE = pLower.find('e');
+    std::string lMantissa = pLower.substr(0, lE);
+    const std::size_t lPoint = lMantissa.find('.');
+    if (lPoint != std::string::npos)
+        lMantissa.erase(lPoint, 1);
+    if (lE == std::string::npos)
+        return IsDigits(lMantissa);
+    const std::string lExponent = pLower.substr(lE + 1);
+    const bool lSigned = !lExponent.empty() && (lExponent[0] == '-' || lExponent[0] == '+');
+    return IsDigits(lMantissa) && IsDigits(lExponent.substr(lSigned ? 1 : 0));
+}
+
+// "nan", or "nan(...)" with letters, digits and underscores.
+inline bool IsNan(const std::string& pLower) {
+    if (pLower.substr(0, 4) != "nan(")
+        return pLower == "nan";
+    const char* lInside = "abcdefghijklmnopqrstuvwxyz0123456789_";
+    return pLower.back() == ')' && pLower.find_first_not_of(lInside, 4) == pLower.size() - 1;
+}
+
+// Not what no double holds: the double nearest to it would be 0 or infinite.
+inline bool ParseFloating(const std::string& pText, double& pDst) {
+    const bool lSigned = !pText.empty() && (pText[0] == '-' || pText[0] == '+');
+    const std::string lNumber = Lower(pText.substr(lSigned ? 1 : 0));
+    double lValue = std::numeric_limits<double>::quiet_NaN();
+    if (lNumber == "inf" || lNumber == "infinity") {
+        lValue = std::numeric_limits<double>::infinity();
+    } else if (IsDecimal(lNumber)) {
+        errno = 0;
+        lValue = std::strtod(lNumber.c_str(), nullptr);
+        if (errno == ERANGE && (lValue == 0 || std::isinf(lValue)))
+            return false;
+    } else if (!IsNan(lNumber)) {
+        return false;
+    }
+    pDst = std::copysign(lValue, pText[0] == '-' ? -1.0 : 1.0);
+    return true;
+}
+
 // Rule P.
 template <typename T>
 bool Parse(const KString& pSrc, T& pDst) {
     const std::string lText = Trim(ImageOf(pSrc));
     const std::size_t lSign = !lText.empty() && (lText[0] == '-' || lText[0] == '+') ? 1 : 0;
     if constexpr (std::is_same_v<T, double>) {
-        const std::string lNumber = lText.substr(lSign && lText[0] == '+');
-        char* lEnd = nullptr;
-        const double lValue = std::strtod(lNumber.c_str(), &lEnd);
-        if (lNumber.empty() || *lEnd)
-            return false;
-        pDst = lValue;
-        return true;
+        return ParseFloating(lText, pDst);
     } else {
-        if (std::is_same_v<T, bool> && (lText == "true" || lText == "FALSE")) {
-            pDst = static_cast<T>(lText == "true");
+        if (std::is_same_v<T, bool> && (Lower(lText) == "true" || Lower(lText) == "false")) {
+            pDst = static_cast<T>(Lower(lText) == "true");
             return true;
         }
-        if (lText.size() == lSign || lText.find_first_not_of("0123456789", lSign) != std::string::npos)
+        if (!IsDigits(lText.substr(lSign)))
             return false;
         const long double lValue = std::strtold(lText.c_str(), nullptr);
         using Range = std::conditional_t<std::is_same_v<T, bool>, unsigned long long, Number<T>>;
@@ -165,6 +241,45 @@ bool Parse(const KString& pSrc, T& pDst) {
         pDst = std::is_same_v<T, bool> ? static_cast<T>(lValue != 0) : static_cast<T>(LowBits<Range>(lValue));
         return true;
     }
+}
+
+// [-]HH:MM:SS with the nearest nanosecond behind a point where it is not 0, in units of 1/705,600,000 s.
+inline std::string TimeText(long long pCount) {
+    const unsigned long long lCount =
+        pCount < 0 ? 0 - static_cast<unsigned long long>(pCount) : static_cast<unsigned long long>(pCount);
+    const unsigned long long lSeconds = lCount / 705600000;
+    // 10^9 / 705,600,000 is 625 / 441, and 441 is odd, so that nothing lies halfway.
+    const unsigned long long lNanos = (lCount % 705600000 * 625 + 220) / 441;
+    char lText[128];
+    std::snprintf(lText, sizeof(lText), "%s%02llu:%02llu:%02llu", pCount < 0 ? "-" : "", lSeconds / 3600,
+                  lSeconds / 60 % 60, lSeconds % 60);
+    const std::string lWhole = lText;
+    std::snprintf(lText, sizeof(lText), ".%09llu", lNanos);
+    const std::string lFraction = lText;
+    return lNanos ? lWhole + lFraction.substr(0, lFraction.find_last_not_of('0') + 1) : lWhole;
+}
+
+// YYYY-MM-DD, then T, t or a blank, then HH:MM, :SS or not, and with it .f, .ff or .fff or not. The date and time as
+// they are shown; empty for every other text and for a day that there is not.
+inline std::string DateTimeText(const std::string& pText) {
+    const std::string lShape = "0000-00-00T00:00:00.000";
+    std::string lText = pText;
+    if (lText.size() > 10 && (lText[10] == 't' || lText[10] == ' '))
+        lText[10] = 'T';
+    const std::size_t lSize = lText.size();
+    if (lSize != 16 && lSize != 19 && (lSize < 21 || lSize > 23))
+        return "";
+    lText += lShape.substr(lSize);
+    for (std::size_t i = 0; i < lShape.size(); ++i)
+        if (lShape[i] == '0' ? lText[i] < '0' || lText[i] > '9' : lText[i] != lShape[i])
+            return "";
+    const auto lNumber = [&](std::size_t pFrom, std::size_t pCount) { return std::stoi(lText.substr(pFrom, pCount)); };
+    const int lYear = lNumber(0, 4), lMonth = lNumber(5, 2), lDay = lNumber(8, 2);
+    const bool lLeap = lYear % 4 == 0 && (lYear % 100 != 0 || lYear % 400 == 0);
+    const int lDays[] = {0, 31, lLeap ? 29 : 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    const bool lExists = lMonth >= 1 && lMonth <= 12 && lDay >= 1 && lDay <= lDays[lMonth] && lNumber(11, 2) < 24 &&
+                         lNumber(14, 2) < 60 && lNumber(17, 2) < 60;
+    return lExists ? lText : "";
 }
 
 // Rule S.
@@ -181,9 +296,7 @@ std::string Text(const Src& pSrc) {
     } else if constexpr (std::is_same_v<Src, lyrDouble44>) {
         return Text(pSrc[0]);
     } else if constexpr (std::is_same_v<Src, KTime>) {
-        char lText[128];
-        pSrc.GetTimeString(lText, 5, 0, 2, 0.0);
-        return lText;
+        return TimeText(pSrc.Get());
     } else if constexpr (std::is_same_v<Src, lyrBlob>) {
         return "<blob>";
     } else if constexpr (std::is_same_v<Src, lyrDistance>) {
@@ -252,10 +365,8 @@ bool Convert(char pRule, const Dst& pDst, const Src& pSrc, std::string& pImage) 
     if (pRule == '4')
         return pImage = BytesOf(pSrc) + BytesOf(pDst).substr(24), true;
     if constexpr (std::is_same_v<Dst, lyrDateTime> && std::is_same_v<Src, KString>) {
-        lyrDateTime lDst = pDst;
-        const bool lRead = lDst.fromString(pSrc.Buffer());
-        pImage = ImageOf(lDst);
-        return pRule == 'Y' && lRead;
+        pImage = DateTimeText(ImageOf(pSrc));
+        return pRule == 'Y' && !pImage.empty();
     }
     pImage = ImageOf(pDst);
     return false;

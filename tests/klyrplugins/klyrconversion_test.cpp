@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
 #include <string>
 
 #include "tests/klyrplugins/conversion_reference.h"
@@ -12,25 +11,6 @@
 
 namespace lyrsdk {
 namespace {
-
-// What each destination does with the sources, written down by hand, column by column: bytes, unsigned bytes, shorts,
-// unsigned shorts, unsigned ints, long longs, unsigned long longs, halves, bools, ints, floats, doubles, 2-, 3-,
-// 4-vectors, matrices, strings, times, blobs, distances, date-times.
-std::map<ELyrType, std::string> ExpectedRules() {
-    return {
-        {eBYTE1, "=C000000CCCC0000P0000"},      {eUBYTE1, "C=000000CCCC0000P0000"},
-        {eSHORT1, "CC=00000CCCC0000P0000"},     {eUSHORT1, "CCC=0000CCCC0000P0000"},
-        {eUINTEGER1, "CCCC=CC0CCCC0000P0000"},  {eLONGLONG1, "CCCCC=C0CCCC0000P0000"},
-        {eULONGLONG1, "CCCCCC=0CCCC0000P0000"}, {eHALFFLOAT, "HHHHHHH=HHHH0000000D0"},
-        {eBOOL1, "CCCCCCC0=CCC0000P0000"},      {eINTEGER1, "CCCCCCC0C=CC0000P0000"},
-        {eFLOAT1, "CCCCC00FCC=C0000000D0"},     {eDOUBLE1, "CCCCCCCFCCC=EEEEPTXDX"},
-        {eDOUBLE2, "VVVVVVVVVVVV=XXXXXXXX"},    {eDOUBLE3, "VVVVVVVVVVVV0=3000000"},
-        {eDOUBLE4, "00000000000004=000000"},    {eDOUBLE44, "XXXXXXXXXXXXXXX=XXXXX"},
-        {eSTRING, "SSSSSSSSSSSSSSSS=SSSS"},     {eTIME, "XXXXXXXXXXXXXXXXX=XXX"},
-        {eBLOB, "BBBBBBBBBBBBBBBBBB=00"},       {eDISTANCE, "0000000000000000000=0"},
-        {eDATETIME, "0000000000000000Y000="},
-    };
-}
 
 template <typename T>
 T OldValue() {
@@ -88,15 +68,15 @@ void CheckDestination(ELyrType pDstType, const std::string& pRules) {
     CheckPair<Dst, int>(pDstType, eENUM, pRules.at(9));
 }
 
-#define LYRSDK_DESTINATION_TEST(pCode, pType)                      \
-    TEST(LyrCopy, ConvertsEverySampleOfEveryTypeInto_##pCode) {    \
-        LeakCheck lLeaks;                                          \
-        CheckDestination<pType>(pCode, ExpectedRules().at(pCode)); \
+#define LYRSDK_DESTINATION_TEST(pCode, pType)                         \
+    TEST(LyrCopy, ConvertsEverySampleOfEveryTypeInto_##pCode) {       \
+        LeakCheck lLeaks;                                             \
+        CheckDestination<pType>(pCode, reference::Rules().at(pCode)); \
     }
 LYRSDK_TEST_TYPES(LYRSDK_DESTINATION_TEST)
 
 TEST(LyrCopy, ConvertsEverySampleOfEveryTypeIntoAnEnumerationAsIntoAnInt) {
-    CheckDestination<int>(eENUM, ExpectedRules().at(eINTEGER1));
+    CheckDestination<int>(eENUM, reference::Rules().at(eINTEGER1));
 }
 
 template <typename Dst, typename Src>
