@@ -75,12 +75,9 @@ public:
 
     // Has the allocator keep memory for pCount records in stock. False when there is no memory.
     bool Reserve(unsigned int pCount) { return mAllocator.Reserve(pCount); }
-    // Records reserved so far, and whether one of them is still to be had. Of a KHungryAllocator only.
+    // Of a KHungryAllocator only; see the map.
     std::size_t GetReservedCount() const { return mAllocator.GetRecordPoolSize(); }
     bool HasRoom() const { return mAllocator.HasRoom(); }
-    // Moves all records, in order of their keys, into one new block with room for pMore others, and gives back the
-    // memory of those that were removed. False, and nothing changes, when there is no memory. Linear. Of a
-    // KHungryAllocator only.
     bool Compact(unsigned int pMore);
     int GetSize() const { return mSize; }
 
@@ -116,7 +113,6 @@ private:
 
     Place Descend(const KeyType& pKey) const;
     RecordType* NewRecord(const KeyType& pKey, const ValueType& pValue);
-    static RecordType* CopySubtree(const RecordType* pRecord, RecordType* pParent, Allocator& pAllocator);
     void DeleteRecord(RecordType* pRecord);
     void ClearSubtree(RecordType* pRecord);
 
@@ -236,34 +232,19 @@ void KRedBlackTree<Data, Compare, Allocator>::Clear() {
 
 template <typename Data, typename Compare, typename Allocator>
 bool KRedBlackTree<Data, Compare, Allocator>::Compact(unsigned int pMore) {
-    static_assert(std::is_trivially_copyable_v<KeyType> && std::is_trivially_copyable_v<ValueType>,
-                  "records are copied, and the old ones are dropped as they are");
+    static_assert(std::is_trivially_copyable_v<KeyType>, "the old records are dropped as they are");
     const std::size_t lLive = static_cast<std::size_t>(mSize);
-    // A block serves one record less than it holds.
-    if (pMore >= static_cast<std::size_t>(-1) - lLive)
-        return false;
     Allocator lAllocator(sizeof(RecordType));
-    if (!lAllocator.Reserve(lLive + pMore + 1))
+    // A block serves one record less than it holds.
+    if (pMore >= static_cast<std::size_t>(-1) - lLive || !lAllocator.Reserve(lLive + pMore + 1))
         return false;
-    if (mRoot)
-        mRoot = CopySubtree(mRoot, nullptr, lAllocator);
+    for (RecordType* lRecord = Minimum(); lRecord;) {
+        RecordType* lNext = lRecord->Successor();
+        ReplaceNode(lRecord, ::new (lAllocator.AllocateRecords(1)) RecordType(*lRecord));
+        lRecord = lNext;
+    }
     mAllocator.Swap(lAllocator);
     return true;
-}
-
-// The allocator has the memory. Recursion is as deep as the tree is high, as below.
-template <typename Data, typename Compare, typename Allocator>
-auto KRedBlackTree<Data, Compare, Allocator>::CopySubtree(const RecordType* pRecord, RecordType* pParent,
-                                                          Allocator& pAllocator) -> RecordType* {
-    RecordType* lLeft = pRecord->mLeftChild ? CopySubtree(pRecord->mLeftChild, nullptr, pAllocator) : nullptr;
-    RecordType* lCopy = ::new (pAllocator.AllocateRecords(1)) RecordType(*pRecord);
-    lCopy->mParent = pParent;
-    lCopy->mLeftChild = lLeft;
-    if (lLeft)
-        lLeft->mParent = lCopy;
-    if (pRecord->mRightChild)
-        lCopy->mRightChild = CopySubtree(pRecord->mRightChild, lCopy, pAllocator);
-    return lCopy;
 }
 
 // Recursion is as deep as the tree is high, which is twice the logarithm of its size at most.
