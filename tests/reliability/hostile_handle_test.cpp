@@ -135,12 +135,11 @@ TEST(HostileHandle, PagesAndChildren) {
          [](Handles&) { EXPECT_EQ(H().GetReferencedByCount(), 0); }},
         {"KLyrPropertyHandle::GetReferencedBy", kNothing,
          [](Handles& p) {
-             int lData = 0;
-             p.mBelow->SetDataPtr(&lData);
+             p.mBelow->SetDataPtr(&p);
              for (int lIndex : kHostileInts) {
                  EXPECT_EQ(H().GetReferencedBy(lIndex), nullptr);
                  EXPECT_EQ(p.mOther.GetReferencedBy(lIndex), nullptr);
-                 EXPECT_EQ(p.mRoot.GetReferencedBy(lIndex), &lData) << "the first one's";
+                 EXPECT_EQ(p.mRoot.GetReferencedBy(lIndex), &p) << "the first one's";
              }
              p.mBelow->SetDataPtr(nullptr);
          }},
