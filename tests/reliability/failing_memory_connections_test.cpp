@@ -20,6 +20,7 @@ template <int kSources, int kDestinations>
 struct PointStage {
     static constexpr int kPeers = 240;
     static constexpr int kNew = 170;
+    static constexpr bool kHasDestinations = kDestinations > 0;
 
     std::vector<std::unique_ptr<KLyrConnectionPoint>> mPeers;
     int mNumbers[kPeers + 1];
@@ -62,8 +63,13 @@ struct PointStage {
                 Show(lOut, *lPeer);
         return lOut.str();
     }
-    // Both ends of every connection know it.
+    // Both ends of every connection know it, and nobody knows another one.
     testing::AssertionResult Holds() const {
+        int lKnown = 0;
+        for (const auto& lPeer : mPeers)
+            lKnown += (mPoint->IsConnectedSrc(lPeer.get()) ? 1 : 0) + (lPeer->IsConnectedSrc(mPoint.get()) ? 1 : 0);
+        if (lKnown != mPoint->GetSrcCount() + mPoint->GetDstCount())
+            return testing::AssertionFailure() << lKnown << " connections are known";
         for (int i = 0; i < mPoint->GetSrcCount(); ++i)
             if (!mPoint->IsConnectedSrc(mPoint->GetSrc(i)) || mPoint->GetSrc(i)->GetDst(0) != mPoint.get())
                 return testing::AssertionFailure() << "source " << i;
@@ -89,6 +95,21 @@ using ShortOfAnIndex = PointStage<20, 12>;
 using Many = PointStage<70, 50>;
 using Sources = PointStage<150, 4>;
 
+// Every third connection was taken away and four more came: the index is full, and part of it is gaps.
+template <int kSources, int kDestinations>
+struct GapStage : PointStage<kSources, kDestinations> {
+    GapStage() {
+        for (int i = 1; i < kSources; i += 3)
+            this->mPoint->DisconnectSrc(this->Peer(i));
+        for (int i = 1; i < kDestinations; i += 3)
+            this->Peer(this->kPeers - 1 - i)->DisconnectSrc(this->mPoint.get());
+        for (int i = 100; i < 104; ++i)
+            this->mPoint->ConnectSrc(this->Peer(i), this->TypeOf(i));
+    }
+};
+using Gaps = GapStage<60, 0>;
+using GapsOnBothSides = GapStage<36, 24>;
+
 constexpr auto kNothing = Refused::eChangesNothing;
 
 template <typename Stage>
@@ -99,34 +120,40 @@ void LookThroughFilters(Stage& pStage) {
 
 template <typename Stage>
 std::vector<Operation<Stage>> Operations() {
-    return {
-        {"ConnectASource", [](Stage& p) { return Answer(p.mPoint->ConnectSrc(p.Peer(p.kNew), eLyrConnectionDefault)); },
-         "false"},
+    std::vector<Operation<Stage>> lOperations = {
+        {"ConnectASource",
+         [](Stage& p) { return Answer(p.mPoint->ConnectSrc(p.Peer(Stage::kNew), eLyrConnectionDefault)); }, "false"},
         {"ConnectADestination",
-         [](Stage& p) { return Answer(p.Peer(p.kNew)->ConnectSrc(p.mPoint.get(), eLyrConnectionDefault)); }, "false"},
+         [](Stage& p) { return Answer(p.Peer(Stage::kNew)->ConnectSrc(p.mPoint.get(), eLyrConnectionDefault)); },
+         "false"},
         {"ConnectASourceThatFiltersSee",
-         [](Stage& p) { return Answer(p.mPoint->ConnectSrc(p.Peer(p.kNew), eLyrConnectionDefault)); }, "false",
+         [](Stage& p) { return Answer(p.mPoint->ConnectSrc(p.Peer(Stage::kNew), eLyrConnectionDefault)); }, "false",
          kNothing, LookThroughFilters<Stage>},
         {"ConnectADestinationThatFiltersSee",
-         [](Stage& p) { return Answer(p.Peer(p.kNew)->ConnectSrc(p.mPoint.get(), eLyrConnectionDefault)); }, "false",
-         kNothing, LookThroughFilters<Stage>},
+         [](Stage& p) { return Answer(p.Peer(Stage::kNew)->ConnectSrc(p.mPoint.get(), eLyrConnectionDefault)); },
+         "false", kNothing, LookThroughFilters<Stage>},
         {"CountSourcesThroughAFilter", [](Stage& p) { return Answer(p.mPoint->GetSrcCount(&p.mUser)); }, "0"},
-        {"CountDestinationsThroughAFilter", [](Stage& p) { return Answer(p.mPoint->GetDstCount(&p.mUser)); }, "0"},
         {"GiveASourceThroughAFilter", [](Stage& p) { return Answer(p.NumberOf(p.mPoint->GetSrc(1, &p.mUser))); }, "-1"},
-        {"GiveADestinationThroughAFilter", [](Stage& p) { return Answer(p.NumberOf(p.mPoint->GetDst(1, &p.mUser))); },
-         "-1"},
         {"MakeASubPoint", [](Stage& p) { return Answer(p.mPoint->SubConnectGetOrCreate(&p.mUser)); }, "null"},
     };
+    if (Stage::kHasDestinations) {
+        lOperations.push_back(
+            {"CountDestinationsThroughAFilter", [](Stage& p) { return Answer(p.mPoint->GetDstCount(&p.mUser)); }, "0"});
+        lOperations.push_back({"GiveADestinationThroughAFilter",
+                               [](Stage& p) { return Answer(p.NumberOf(p.mPoint->GetDst(1, &p.mUser))); }, "-1"});
+    }
+    return lOperations;
 }
 
 template <typename Stage>
 class FailingMemoryPoint : public testing::Test {};
-using Stages = testing::Types<Few, ShortOfAnIndex, Many, Sources>;
+using Stages = testing::Types<Few, ShortOfAnIndex, Many, Sources, GapsOnBothSides, Gaps>;
 
 struct StageNames {
     template <typename Stage>
     static std::string GetName(int pIndex) {
-        static const char* const sNames[] = {"WithFewConnections", "ShortOfAnIndex", "WithAnIndex", "WithManySources"};
+        static const char* const sNames[] = {"WithFewConnections", "ShortOfAnIndex", "WithAnIndex",
+                                             "WithManySources",    "WithGaps",       "WithGapsAmongSources"};
         return sNames[pIndex];
     }
 };
@@ -138,6 +165,34 @@ TYPED_TEST(FailingMemoryPoint, ConnectsBothEndsAndTheirFiltersOrNone) {
         SCOPED_TRACE(lOperation.mName);
         ExpectDoneOrRefused(lOperation);
     }
+}
+
+// Whatever became of the index, every connection is found by it and taken away.
+TYPED_TEST(FailingMemoryPoint, LetsGoOfEveryConnectionBehindARefusedOne) {
+    WithEveryAllocationFailing([](FailurePoint pPoint) {
+        TypeParam lStage;
+        std::size_t lFailed = 0;
+        {
+            const FailAllocations lFail(pPoint.mFirst, pPoint.mForever);
+            lStage.mPoint->ConnectSrc(lStage.Peer(lStage.kNew), eLyrConnectionUser);
+            lFailed = lFail.Failed();
+        }
+        while (KLyrConnectionPoint* lSource = lStage.mPoint->GetSrc(0)) {
+            const bool lGone = lStage.mPoint->DisconnectSrc(lSource);
+            EXPECT_TRUE(lGone);
+            if (!lGone || lStage.mPoint->IsConnectedSrc(lSource))
+                break;
+        }
+        while (KLyrConnectionPoint* lDestination = lStage.mPoint->GetDst(0)) {
+            const bool lGone = lDestination->DisconnectSrc(lStage.mPoint.get());
+            EXPECT_TRUE(lGone);
+            if (!lGone)
+                break;
+        }
+        EXPECT_TRUE(lStage.Holds());
+        EXPECT_EQ(lStage.mPoint->GetSrcCount() + lStage.mPoint->GetDstCount(), 0);
+        return testing::Test::HasFailure() ? 0 : lFailed;
+    });
 }
 
 TYPED_TEST(FailingMemoryPoint, ShowsThroughItsFiltersWhatItShowsWithoutThem) {

@@ -180,6 +180,12 @@ std::string LongPath() {
     return std::string(1000, 'n') + "|deep";
 }
 
+// The one without a name must not be taken for the one whose name found no memory.
+void AddLongNames(S& p) {
+    p.mPage->Add(p.mPage->Add(0, "", eBOOL1), "deep", eBOOL1);
+    p.mPage->Add(p.mPage->Add(0, LongPath().substr(0, 1000).c_str(), eBOOL1), "deep", eBOOL1);
+}
+
 // Opening a bracket shows in lookups, which mind the case from then on.
 std::string OpenAndLookUp(KLyrPropertyPage& pPage) {
     pPage.BeginCreateOrFindProperty();
@@ -197,8 +203,7 @@ void ConnectOthers(S& p) {
 
 const Operation<S> kConnectionOperations[] = {
     {"FindsAlongALongName", [](S& p) { return S::Added(p.mPage->Find(0, LongPath().c_str(), nullptr, true, "|")); },
-     "-1", kNothing,
-     [](S& p) { p.mPage->Add(p.mPage->Add(0, LongPath().substr(0, 1000).c_str(), eBOOL1), "deep", eBOOL1); }},
+     "-1", kNothing, AddLongNames},
     {"OpensABracket", [](S& p) { return OpenAndLookUp(*p.mPage); }, "22"},
     {"ConnectsInheritedProperties",
      [](S& p) { return Answer(p.mBelow->ConnectSrc(S::eText, p.mPage.get(), S::eChoice, eLyrConnectionUser)); },
@@ -227,6 +232,27 @@ INSTANTIATE_TEST_SUITE_P(Items, FailingMemoryPage, testing::ValuesIn(kItemOperat
 INSTANTIATE_TEST_SUITE_P(Values, FailingMemoryPage, testing::ValuesIn(kValueOperations), NameOfOperation());
 INSTANTIATE_TEST_SUITE_P(Descriptions, FailingMemoryPage, testing::ValuesIn(kDescriptionOperations), NameOfOperation());
 INSTANTIATE_TEST_SUITE_P(Connections, FailingMemoryPage, testing::ValuesIn(kConnectionOperations), NameOfOperation());
+
+// The id of a property that could not be added goes to the next one, which must not be found by the other's name.
+TEST(FailingMemoryBracket, ForgetsTheNameOfAPropertyThatCouldNotBeAdded) {
+    WithEveryAllocationFailing([](FailurePoint pPoint) {
+        S lStage;
+        lStage.mPage->BeginCreateOrFindProperty();
+        int lRefused = -1;
+        std::size_t lFailed = 0;
+        {
+            const FailAllocations lFail(pPoint.mFirst, pPoint.mForever);
+            lRefused = lStage.mPage->Add(0, "refused", eDOUBLE1);
+            lFailed = lFail.Failed();
+        }
+        const int lNext = lStage.mPage->Add(0, "next", eDOUBLE1);
+        EXPECT_EQ(lStage.mPage->FastFind(0, "refused", nullptr, true), lRefused);
+        EXPECT_EQ(lStage.mPage->FastFind(0, "next", nullptr, true), lNext);
+        lStage.mPage->EndCreateOrFindProperty();
+        EXPECT_EQ(lStage.mPage->FastFind(0, "refused", nullptr, true), lRefused);
+        return lFailed;
+    });
+}
 
 // A bound whose value could not be converted is there with its default value, whatever the reason.
 TEST(FailingMemoryBound, IsNotThereOrEmptyWhenItsFirstTextFoundNoMemory) {
@@ -369,6 +395,17 @@ std::string ReadOn(const KLyrPropertyPage& pPage) {
     return lText;
 }
 
+// An entry that was made for a copy which then found no memory.
+bool HoldsAnEmptyEntry(const KLyrPropertyPage& pPage) {
+    for (int lId = 0; lId != -1; lId = pPage.GetMinimumPropertyIdAndEntry(lId)) {
+        KLyrPropertyPage* lHolder = nullptr;
+        const KLyrPropertyEntry* lEntry = pPage.GetPropertyEntry(lId, &lHolder);
+        if (lHolder == &pPage && lEntry->IsEmpty())
+            return true;
+    }
+    return false;
+}
+
 // A page that has no memory for its instances' copies lives on behind them; nobody sees a difference.
 TEST(FailingMemoryDestroy, LosesNothingThatOtherPagesShow) {
     using Member = OwnedPage S::*;
@@ -393,6 +430,8 @@ TEST(FailingMemoryDestroy, LosesNothingThatOtherPagesShow) {
             if (lGone != &S::mPage) {
                 EXPECT_EQ(lStage.mPage->GetSrcCount(S::eNumber, nullptr), lGone == &S::mPeer ? 0 : 1);
             }
+            for (const KLyrPropertyPage* lPage : lStage.Pages())
+                EXPECT_FALSE(HoldsAnEmptyEntry(*lPage)) << lPage->GetName(0);
             if (lGone != &S::mBelow) {
                 EXPECT_TRUE(lStage.mBelow->Set(S::eText, &lStage.mLong, eSTRING, false));
                 EXPECT_GE(lStage.mBelow->Add(S::eText, "more", lStage.mType.get()), 0);

@@ -138,6 +138,13 @@ TEST(FailingMemorySymbol, IsFoundCopiedAndTakenAgainWithoutMemoryAlsoOutOfABrack
     EXPECT_EQ(lFail.Failed(), 0u);
 }
 
+TEST(FailingMemorySymbol, LeavesNoTableBehindWhenTheFirstTextFoundNoMemory) {
+    const LeakCheck lLeaks;
+    const FailAllocations lFail(1, true);
+    EXPECT_TRUE(KLyrStringSymbol(kLong).IsEmpty());
+    EXPECT_EQ(lFail.Failed(), 1u);
+}
+
 // The table goes on with longer chains, and grows later.
 TEST(FailingMemorySymbol, IsTakenThoughTheTableCannotGrow) {
     const LeakCheck lLeaks;
