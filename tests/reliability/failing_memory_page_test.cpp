@@ -340,6 +340,31 @@ TEST(FailingMemorySet, CountsAnInheritedTextThatCouldNotBeReadAsUnequal) {
     EXPECT_GT(lCopied, 0);
 }
 
+// Entries come and go; what an operation that fails leaves to the page's stock of records shows nowhere.
+TEST(FailingMemoryPage, OverridesAndInheritsAgainAndAgainWhateverIsRefused) {
+    const LeakCheck lLeaks;
+    S lStage;
+    const std::string lBefore = lStage.Shows(Detail::eEverything);
+    const std::string lSeen = lStage.Shows(Detail::eSeen);
+    int lFailures = 0;
+    for (int i = 0; i < 600; ++i) {
+        bool lDone = false;
+        {
+            const FailAllocations lFail(static_cast<std::size_t>(i % 7), i % 2 == 0);
+            lDone = lStage.mPage->SetValueInherit(i % 2 == 0 ? S::eText : S::eDeep, eLyrOverride);
+        }
+        lFailures += lDone ? 0 : 1;
+        if (i % 20 == 0) {
+            ASSERT_EQ(lStage.Shows(lDone ? Detail::eSeen : Detail::eEverything), lDone ? lSeen : lBefore);
+        }
+        EXPECT_TRUE(lStage.mPage->SetValueInherit(S::eText, eLyrInherit));
+        EXPECT_TRUE(lStage.mPage->SetValueInherit(S::eDeep, eLyrInherit));
+    }
+    EXPECT_EQ(lStage.Shows(Detail::eEverything), lBefore);
+    EXPECT_GT(lFailures, 100);
+    EXPECT_LT(lFailures, 500);
+}
+
 // Each property is moved or stays, and the property that stays is reported; the next push moves the rest.
 TEST(FailingMemoryPush, MovesEachPropertyOrKeepsItAndIsSeenByNobody) {
     const auto lPush = [](const S& pStage) { pStage.mBelow->PushPropertiesToParentInstance(); };
