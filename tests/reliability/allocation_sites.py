@@ -6,8 +6,8 @@
 PROGRAM is lyrsdk_failing_memory_tests, unoptimised; LOG is what it wrote with LYRSDK_REFUSAL_LOG. A function can ask
 when it calls the memory hook, or a function that can; that is read from the program's machine code. A call through a
 pointer is followed where the run followed it. The run must have refused every function that can ask, and the function
-itself must have been on the way. REASONS lists those that are left out, one a line, as "name: reason"; lines that begin
-with "#" are remarks. A line there that is not needed is an error as well.
+itself must have been on the way. REASONS lists those that are left out, one a line, as "name: reason", where "..." in
+a name stands for anything; lines that begin with "#" are remarks. A line there that is not needed is an error as well.
 
 The sites are the calls from one such function to another. With --sites those that were not on the way are listed, as a
 hint for the tests. Exits with 0 when every function is refused or given a reason.
@@ -76,9 +76,17 @@ class Program:
 
 def short(name):
     """A function's name without what is the same for all, and without the return type of templates."""
-    for noise in ("lyrsdk::", "(anonymous namespace)::", " [clone .cold]"):
+    for noise in ("lyrsdk::", "(anonymous namespace)::"):
         name = name.replace(noise, "")
-    return re.sub(r"^[^(]*? (?=[A-Za-z_]+(<.*>)?(::~?[A-Za-z_]+(<.*>)?)*\()", "", name)
+    depth = 0
+    begin = 0
+    for position, character in enumerate(name):
+        if name.startswith("operator", position) or (character == "(" and depth == 0):
+            break
+        depth += (character == "<") - (character == ">")
+        if character == " " and depth == 0:
+            begin = position + 1
+    return name[begin:]
 
 
 class Run:
@@ -129,6 +137,10 @@ def read_reasons(path):
     return reasons
 
 
+def stands_for(pattern, name):
+    return re.fullmatch(re.escape(pattern).replace(r"\.\.\.", ".*"), name) is not None
+
+
 def main():
     arguments = sys.argv[1:]
     show_sites = arguments[:1] == ["--sites"]
@@ -146,12 +158,12 @@ def main():
     site_names = {(program.pretty[outer], program.pretty[inner]) for outer, inner in sites}
     refused_sites = {(program.pretty[outer], program.pretty[inner]) for outer, inner in run.sites}
     open_names = (names | {program.pretty[start] for start in doubtful}) - refused
-    missing = sorted(open_names - set(reasons))
-    needless = sorted(set(reasons) - open_names)
+    explained = {name: [open_name for open_name in open_names if stands_for(name, open_name)] for name in reasons}
+    missing = sorted(open_names.difference(*explained.values()))
+    needless = sorted(name for name, found in explained.items() if not found)
 
     for outer, inner in sorted(site_names - refused_sites) if show_sites else []:
-        if outer not in reasons:
-            print(f"not on the way: {outer} -> {inner}")
+        print(f"not on the way: {outer} -> {inner}")
     print(f"{run.refusals} requests refused on {run.stacks} different ways")
     print(f"{len(names)} functions can ask for memory, {len(names & refused)} of them were refused")
     print(f"{len(site_names)} calls between them, {len(site_names & refused_sites)} of them were on the way")
