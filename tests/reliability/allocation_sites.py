@@ -9,8 +9,8 @@ pointer is followed where the run followed it. The run must have refused every f
 itself must have been on the way. REASONS lists those that are left out, one a line, as "name: reason", where "..." in
 a name stands for anything; lines that begin with "#" are remarks. A line there that is not needed is an error as well.
 
-The sites are the calls from one such function to another. With --sites those that were not on the way are listed, as a
-hint for the tests. Exits with 0 when every function is refused or given a reason.
+The sites are the calls from one such function to another. With --sites they are listed, those that were not on the way
+as a hint for the tests. Exits with 0 when every function is refused or given a reason.
 """
 
 import bisect
@@ -162,8 +162,9 @@ def main():
     missing = sorted(open_names.difference(*explained.values()))
     needless = sorted(name for name, found in explained.items() if not found)
 
-    for outer, inner in sorted(site_names - refused_sites) if show_sites else []:
-        print(f"not on the way: {outer} -> {inner}")
+    for outer, inner in sorted(site_names) if show_sites else []:
+        state = "refused" if (outer, inner) in refused_sites else "not on the way"
+        print(f"{state}: {outer} -> {inner}")
     print(f"{run.refusals} requests refused on {run.stacks} different ways")
     print(f"{len(names)} functions can ask for memory, {len(names & refused)} of them were refused")
     print(f"{len(site_names)} calls between them, {len(site_names & refused_sites)} of them were on the way")

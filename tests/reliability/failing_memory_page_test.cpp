@@ -227,6 +227,10 @@ TEST_P(FailingMemoryPage, DoesAllOrKeepsWhatWasStored) {
     ExpectDoneOrRefused(GetParam());
 }
 
+TEST_P(FailingMemoryPage, KeepsMemoryBoundedWhenRefusedAgainAndAgain) {
+    ExpectBoundedWhenRefused(GetParam());
+}
+
 INSTANTIATE_TEST_SUITE_P(Making, FailingMemoryPage, testing::ValuesIn(kMakingOperations), NameOfOperation());
 INSTANTIATE_TEST_SUITE_P(Items, FailingMemoryPage, testing::ValuesIn(kItemOperations), NameOfOperation());
 INSTANTIATE_TEST_SUITE_P(Values, FailingMemoryPage, testing::ValuesIn(kValueOperations), NameOfOperation());

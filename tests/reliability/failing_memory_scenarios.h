@@ -165,6 +165,32 @@ RefusedRuns ExpectDoneOrRefused(const Operation<Stage>& pOperation) {
     return lRuns;
 }
 
+// An operation that is refused the same request again and again does not make memory grow: what it leaves in stock is
+// used by the next try.
+template <typename Stage>
+void ExpectBoundedWhenRefused(const Operation<Stage>& pOperation) {
+    constexpr int lTries = 150;
+    constexpr std::size_t lStock = 8192;
+    std::size_t lRefused = 1;
+    for (std::size_t lRequest = 0; lRefused > 0; ++lRequest) {
+        SCOPED_TRACE(lRequest);
+        const LeakCheck lLeaks;
+        Stage lStage;
+        if (pOperation.mPrepare)
+            pOperation.mPrepare(lStage);
+        const std::size_t lBytes = MemoryProbe::LiveBytes();
+        bool lFails = true;
+        for (int i = 0; i < lTries && lFails; ++i) {
+            const FailAllocations lFail(lRequest, false);
+            lFails = pOperation.mRun(lStage) == pOperation.mFailure && lFail.Failed() > 0;
+            lRefused = i == 0 ? lFail.Failed() : lRefused;
+        }
+        if (lFails) {
+            ASSERT_LT(MemoryProbe::LiveBytes(), lBytes + lStock);
+        }
+    }
+}
+
 // Runs pAsk without any memory and expects what it answers with memory, and that it asked for none.
 template <typename Ask>
 void ExpectSameWithoutMemory(Ask pAsk) {
