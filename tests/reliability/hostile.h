@@ -9,6 +9,7 @@
 //     than the header says (KTime::GetTimeString), a text without its zero byte;
 //   - a value pointer whose memory is not of the stated type code;
 //   - an index into a vector, which the headers leave unchecked;
+//   - closing a bracket of symbols that somebody else opened, such as a page's;
 //   - writing through what is given to be read (GetInstances, the links of map records), or where a text's bytes may be
 //     overwritten, beyond its length;
 //   - changing connections from within a filter's Selects; memory handlers exchanged while blocks are out;
