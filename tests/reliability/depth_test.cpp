@@ -51,10 +51,8 @@ int Million() {
 int LongChainLength() {
     return Scaled(100000);
 }
-// Each expansion asks whether a type page is being expanded already, which costs the levels that are open.
-constexpr int kNestedTypes = 10000;
 int NestedTypes() {
-    return Scaled(kNestedTypes);
+    return Scaled(100000);
 }
 // AddressSanitizer, told to be strict about strings, reads the rest of a path whenever a name is cut from it.
 int PathDepth() {
