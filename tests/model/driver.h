@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -26,6 +27,25 @@ public:
 
     // Applies the operation to both sides. False when they differ; the driver is then of no further use.
     bool Apply(const Operation& pOperation);
+    // What became of an operation that had too little memory.
+    enum class Scarce {
+        eNotRefused,  // it asked for none, or not for so much
+        eDone,        // the library did without
+        eUndone,      // the library showed what it had shown before
+        ePartly,      // it showed what is allowed for that kind of operation
+        eDiffers,     // anything else
+        eCount
+    };
+    // Applies the operation while the request behind pFirst others is refused, and with pForever all behind that one.
+    // If the library does not do it, it is compared with the model as that was, and the operation is applied once more
+    // with memory. ScarceMemory must be the library's.
+    Scarce ApplyScarce(const Operation& pOperation, std::size_t pFirst, bool pForever);
+    // Operations that must not ask for memory at all: for them every request is refused.
+    static bool NeverAsks(Kind pKind);
+    // Operations that are always given memory: those of several calls, and those that destroy pages, because a page
+    // without memory for its instances' copies lives on out of reach.
+    static bool NeedsMemory(Kind pKind);
+
     // Compares everything.
     bool Check();
     // The first difference, empty while there is none.
@@ -61,6 +81,19 @@ private:
         return mPair.Handle(pA.mSlots[pWhich], pA.mIds[pWhich]);
     }
 
+    // What an operation may have done by the time that memory ended, tried on a model that has not done it.
+    bool ApplyPartly(const Operation& pOperation);
+    bool SetPartly(const Arguments& pA);
+    bool PushPartly(const Arguments& pA);
+    bool AddPartly(const Arguments& pA, Kind pKind);
+    bool SetMinMaxPartly(const Arguments& pA);
+    bool Try(const World& pBefore);
+
+    // The items of an add, as the model holds them.
+    static std::shared_ptr<Info> NewInfo(const Arguments& pA);
+    static std::shared_ptr<Info> SharedInfo(const Arguments& pA);
+    static std::shared_ptr<Value> SharedValue(const Arguments& pA);
+
     Pair mPair;
     Comparison mSame;
     Tallies* mTallies = nullptr;
@@ -95,5 +128,12 @@ std::string Print(const std::vector<Operation>& pOperations, Fault pFault);
 // sequence and the difference.
 std::string RunSeed(std::uint64_t pSeed, std::uint64_t pCount, Fault pFault = Fault::eNone,
                     std::size_t pInterval = kInterval);
+
+// How often each kind of operation came to what.
+using ScarceCounts = std::array<std::array<std::uint64_t, static_cast<std::size_t>(Driver::Scarce::eCount)>,
+                                static_cast<std::size_t>(Kind::eCount)>;
+
+// The same while random requests for memory are refused, without shortening.
+std::string RunSeedScarce(std::uint64_t pSeed, std::uint64_t pCount, ScarceCounts& pCounts);
 
 }  // namespace lyrmodel

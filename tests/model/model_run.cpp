@@ -3,6 +3,7 @@
 //   lyrsdk_model_run [--seed N] [--steps N]   N operations, without end for 0, in runs of the seeds from N on
 //       --length N                            the operations of one run
 //       --interval N                          everything is compared after so many of them; 0: only at the end of a run
+//       --failing-memory                      with random requests for memory refused
 //       --trace                               prints each operation before it is applied
 //   lyrsdk_model_run --replay FILE            the operations of a file, one a line, as a run prints them
 //
@@ -16,20 +17,21 @@
 #include <iostream>
 
 #include "tests/model/driver.h"
+#include "tests/model/scarce_memory.h"
 
 namespace {
 
 struct Options {
     std::uint64_t mSeed = 1, mSteps = 1000000, mLength = 10000, mInterval = lyrmodel::kInterval;
     std::string mReplay;
-    bool mTrace = false;
+    bool mTrace = false, mFailingMemory = false;
 };
 
 bool Read(int pCount, char** pArguments, Options& pOptions) {
     for (int i = 1; i < pCount; ++i) {
         const std::string lName = pArguments[i];
-        if (lName == "--trace") {
-            pOptions.mTrace = true;
+        if (lName == "--trace" || lName == "--failing-memory") {
+            (lName == "--trace" ? pOptions.mTrace : pOptions.mFailingMemory) = true;
             continue;
         }
         if (++i == pCount)
@@ -86,6 +88,9 @@ int Replay(const Options& pOptions) {
 
 int RunSeeds(const Options& pOptions) {
     std::uint64_t lDone = 0;
+    lyrmodel::ScarceCounts lCounts{};
+    if (pOptions.mFailingMemory)
+        lyrmodel::ScarceMemory::Install();
     for (std::uint64_t lSeed = pOptions.mSeed; pOptions.mSteps == 0 || lDone < pOptions.mSteps; ++lSeed) {
         const std::uint64_t lLeft = pOptions.mSteps ? pOptions.mSteps - lDone : pOptions.mLength;
         const std::uint64_t lLength = std::min(lLeft, pOptions.mLength);
@@ -94,8 +99,10 @@ int RunSeeds(const Options& pOptions) {
             if (const int lResult = Trace(lyrmodel::Generate(lSeed, lLength)))
                 return lResult;
         } else {
-            const std::string lText =
-                lyrmodel::RunSeed(lSeed, lLength, lyrmodel::Fault::eNone, static_cast<std::size_t>(pOptions.mInterval));
+            const std::string lText = pOptions.mFailingMemory
+                                          ? lyrmodel::RunSeedScarce(lSeed, lLength, lCounts)
+                                          : lyrmodel::RunSeed(lSeed, lLength, lyrmodel::Fault::eNone,
+                                                              static_cast<std::size_t>(pOptions.mInterval));
             if (!lText.empty()) {
                 std::cout << lText;
                 return 1;
@@ -105,6 +112,15 @@ int RunSeeds(const Options& pOptions) {
         if (lDone == pOptions.mSteps || (lSeed - pOptions.mSeed) % 100 == 99)
             std::cout << lDone << " operations agree, the last ones of seed " << lSeed << std::endl;
     }
+    if (pOptions.mFailingMemory) {
+        const char* const lNames[] = {"not refused", "done without", "undone", "partly done"};
+        for (std::size_t i = 0; i < std::size(lNames); ++i) {
+            std::uint64_t lSum = 0;
+            for (const auto& lKind : lCounts)
+                lSum += lKind[i];
+            std::cout << lNames[i] << ": " << lSum << "\n";
+        }
+    }
     return 0;
 }
 
@@ -113,7 +129,8 @@ int RunSeeds(const Options& pOptions) {
 int main(int pCount, char** pArguments) {
     Options lOptions;
     if (!Read(pCount, pArguments, lOptions)) {
-        std::cerr << "usage: lyrsdk_model_run [--seed N] [--steps N] [--length N] [--interval N] [--trace]\n"
+        std::cerr << "usage: lyrsdk_model_run [--seed N] [--steps N] [--length N] [--interval N] [--failing-memory] "
+                     "[--trace]\n"
                      "       lyrsdk_model_run --replay FILE [--trace]\n";
         return 2;
     }

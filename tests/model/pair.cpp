@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "lyrfilesdk/klyrplugins/klyrplug.h"
+#include "tests/model/scarce_memory.h"
 
 namespace lyrmodel {
 
@@ -70,8 +71,10 @@ void Fill(void* pData, const Value& pValue) {
 
 }  // namespace
 
-LibraryValue::LibraryValue(const Value& pValue)
-    : mType(static_cast<ELyrType>(pValue.mCode)), mData(HoldsValue(pValue.mCode) ? lyrCreate(mType) : &mNothing) {
+LibraryValue::LibraryValue(const Value& pValue) : mType(static_cast<ELyrType>(pValue.mCode)), mData(&mNothing) {
+    const ScarceMemory::Pause lPause;
+    if (HoldsValue(pValue.mCode))
+        mData = lyrCreate(mType);
     Fill(mData, pValue);
 }
 

@@ -113,6 +113,11 @@ public:
     // The reports made since the last time.
     void SameReports();
 
+    void Differs(const char* pWhat, const std::string& pLibrary, const std::string& pModel);
+    void Differs(const std::string& pDifference) { mWhat = mDifference = pDifference; }
+    // Forgets the difference that was found.
+    void Reset() { mDifference = mWhat = ""; }
+
     // Everything that can be asked for.
     void All();
     // Everything that can be asked of one property, which may be none.
@@ -120,7 +125,6 @@ public:
 
 private:
     static std::string TextOf(long long pNumber) { return std::to_string(pNumber); }
-    void Differs(const char* pWhat, const std::string& pLibrary, const std::string& pModel);
     void OfPage(int pSlot);
     void Names(int pId);
     void Tree(int pId);

@@ -90,9 +90,11 @@ bool Page::SkipTo(int pNextId) {
 }
 
 int Page::AddEntry(int pParent, const Plan& pPlan) {
-    const int lId = TakeId();
+    const int lId = mWorld.mAddsLeft == 0 ? -1 : TakeId();
     if (lId < 0)
         return -1;
+    if (mWorld.mAddsLeft > 0)
+        --mWorld.mAddsLeft;
     Entry& lEntry = mEntries[lId];
     lEntry.mParent = pParent;
     lEntry.mInfo = pPlan.mInfo;

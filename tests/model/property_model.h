@@ -8,6 +8,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -155,7 +156,8 @@ struct Page {
     int GetFlagsInheritType(unsigned pFlags, bool pCheck, int pId);
     bool SetFlagsInheritType(int pState, unsigned pFlags, int pId);
     bool ModifyFlags(int pId, unsigned pFlags, bool pValue, bool pCheck);
-    void Push();
+    // Leaves out the ids that are given.
+    void Push(const std::set<int>& pKept = {});
 
     // The tree.
     int GetParent(int pId);
@@ -235,10 +237,14 @@ struct World {
     Page* Create(const std::string& pName, Page* pTypeInfo);
     void Destroy(Page* pPage);
     Reports TakeReports();
+    // Becomes a copy of the other world, page by page.
+    void CopyFrom(const World& pOther);
 
     std::array<std::unique_ptr<Page>, kSlots> mPages;
     Fault mFault;
     Reports mReports;
+    // How many properties can still be added; below 0: any number.
+    int mAddsLeft = -1;
 
 private:
     Page* CreateFamily();

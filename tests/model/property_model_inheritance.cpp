@@ -158,12 +158,12 @@ bool Page::ModifyFlags(int pId, unsigned pFlags, bool pValue, bool pCheck) {
     return true;
 }
 
-void Page::Push() {
+void Page::Push(const std::set<int>& pKept) {
     if (!mInstanceOf)
         return;
     for (int lId : VisibleIds()) {
         Entry* lOwn = Own(lId);
-        if (!lOwn)
+        if (!lOwn || pKept.count(lId))
             continue;
         if (lOwn->mInfo || lOwn->mValue || lOwn->mMask || lOwn->mFlags)
             PushEntry(lId, *lOwn);

@@ -180,28 +180,34 @@ void Driver::AddTyped(const Arguments& pA) {
     Added(lAdded, pA.mPages[0], pA.mPages[0] ? pA.mPages[0]->Add(pA.mIds[0], pA.NameOrEmpty(), pA.mPages[1]) : -1);
 }
 
+std::shared_ptr<Info> Driver::NewInfo(const Arguments& pA) {
+    if (!(pA.mBits & 1))
+        return nullptr;
+    auto lInfo = std::make_shared<Info>();
+    lInfo->mName = pA.NameOrEmpty();
+    if (pA.mBits & 16)
+        lInfo->mTypeInfo = pA.mPages[1];
+    else
+        lInfo->mType = pA.mType;
+    return lInfo;
+}
+
 // With items made one by one. The number says which: 1 description, 2 value, 4 connection, 8 children, 16 typed.
 void Driver::AddItems(const Arguments& pA) {
     Page* lPage = pA.mPages[0];
     if (!lPage || !HasRoom(lPage, lPage->CountOfTyped(pA.mPages[1])))
         return;
-    const bool lTyped = pA.mBits & 16;
+    const std::shared_ptr<Info> lModelInfo = NewInfo(pA);
+    const bool lTyped = pA.mBits & 16, lValue = pA.mBits & 2, lConnect = pA.mBits & 4, lRecursive = pA.mBits & 8;
     KLyrPropertyPage* lLibrary = mPair.Library(pA.mSlots[0]);
-    KLyrPropertyInfo* lInfo = nullptr;
-    std::shared_ptr<Info> lModelInfo;
-    if (pA.mBits & 1) {
-        lInfo = lTyped ? KLyrPropertyInfo::Create(pA.Name(), mPair.Library(pA.mSlots[1]))
-                       : KLyrPropertyInfo::Create(pA.Name(), Type(pA));
-        lModelInfo = std::make_shared<Info>();
-        lModelInfo->mName = pA.NameOrEmpty();
-        lModelInfo->mTypeInfo = lTyped ? pA.mPages[1] : nullptr;
-        lModelInfo->mType = lTyped ? static_cast<int>(kNone) : pA.mType;
-    }
-    const bool lValue = pA.mBits & 2, lConnect = pA.mBits & 4, lRecursive = pA.mBits & 8;
-    const int lNext = lLibrary->GetIdGenerator()->PeekNextId();
+    KLyrPropertyInfo* lInfo = !lModelInfo ? nullptr
+                              : lTyped    ? KLyrPropertyInfo::Create(pA.Name(), mPair.Library(pA.mSlots[1]))
+                                          : KLyrPropertyInfo::Create(pA.Name(), Type(pA));
     KLyrPropertyValue* lValueItem = lValue ? KLyrPropertyValue::Create(nullptr, Type(pA)) : nullptr;
+    const int lNext = lLibrary->GetIdGenerator()->PeekNextId();
     KLyrPropertyConnect* lConnectItem = lConnect ? KLyrPropertyConnect::Create(lLibrary, lNext) : nullptr;
-    const int lId = lLibrary->Add(pA.mIds[0], lInfo, lValueItem, lConnectItem, lRecursive);
+    const bool lAll = (lInfo || !lModelInfo) && (lValueItem || !lValue) && (lConnectItem || !lConnect);
+    const int lId = lAll ? lLibrary->Add(pA.mIds[0], lInfo, lValueItem, lConnectItem, lRecursive) : -1;
     // What was not added is still the caller's.
     if (lId < 0) {
         detail::Discard(lInfo);
@@ -213,29 +219,28 @@ void Driver::AddItems(const Arguments& pA) {
         lPage->Add(pA.mIds[0], lModelInfo, lValue ? std::make_shared<Value>(pA.mType) : nullptr, lConnect, lRecursive));
 }
 
+std::shared_ptr<Info> Driver::SharedInfo(const Arguments& pA) {
+    const Found lFound = pA.mBits & 1 ? pA.mPages[1]->GetItem(Item::eInfo, pA.mIds[1]) : Found();
+    return lFound ? lFound.mEntry->mInfo : nullptr;
+}
+
+std::shared_ptr<Value> Driver::SharedValue(const Arguments& pA) {
+    const Found lFound = pA.mBits & 2 ? pA.mPages[1]->GetItem(Item::eValue, pA.mIds[1]) : Found();
+    return lFound ? lFound.mEntry->mValue : nullptr;
+}
+
 // With the items of another property, which both then hold. The number says which: 1 description, 2 value, 4 children.
 void Driver::AddShared(const Arguments& pA) {
-    Page *lPage = pA.mPages[0], *lFrom = pA.mPages[1];
-    if (!lPage || !lFrom)
+    Page* lPage = pA.mPages[0];
+    if (!lPage || !pA.mPages[1])
         return;
-    const KLyrPropertyPage* lLibraryFrom = mPair.Library(pA.mSlots[1]);
-    KLyrPropertyInfo* lInfo = nullptr;
-    std::shared_ptr<Info> lModelInfo;
-    const Found lInfoFound = lFrom->GetItem(Item::eInfo, pA.mIds[1]);
-    if ((pA.mBits & 1) && lInfoFound) {
-        lInfo = lLibraryFrom->GetPropertyItem<KLyrPropertyInfo>(nullptr, pA.mIds[1]);
-        lModelInfo = lInfoFound.mEntry->mInfo;
-    }
-    KLyrPropertyValue* lValue = nullptr;
-    std::shared_ptr<Value> lModelValue;
-    const Found lValueFound = lFrom->GetItem(Item::eValue, pA.mIds[1]);
-    if ((pA.mBits & 2) && lValueFound) {
-        lValue = lLibraryFrom->GetPropertyItem<KLyrPropertyValue>(nullptr, pA.mIds[1]);
-        lModelValue = lValueFound.mEntry->mValue;
-    }
+    const std::shared_ptr<Info> lModelInfo = SharedInfo(pA);
+    const std::shared_ptr<Value> lModelValue = SharedValue(pA);
+    const KLyrPropertyPage* lFrom = mPair.Library(pA.mSlots[1]);
+    KLyrPropertyInfo* lInfo = lModelInfo ? lFrom->GetPropertyItem<KLyrPropertyInfo>(nullptr, pA.mIds[1]) : nullptr;
+    KLyrPropertyValue* lValue = lModelValue ? lFrom->GetPropertyItem<KLyrPropertyValue>(nullptr, pA.mIds[1]) : nullptr;
     const bool lRecursive = pA.mBits & 4;
-    const int lCount = lModelInfo && lRecursive ? lPage->CountOfTyped(lModelInfo->mTypeInfo) : 1;
-    if (HasRoom(lPage, lCount))
+    if (HasRoom(lPage, lModelInfo && lRecursive ? lPage->CountOfTyped(lModelInfo->mTypeInfo) : 1))
         mSame.Same("added", mPair.Library(pA.mSlots[0])->Add(pA.mIds[0], lInfo, lValue, nullptr, lRecursive),
                    lPage->Add(pA.mIds[0], lModelInfo, lModelValue, false, lRecursive));
 }
