@@ -18,7 +18,7 @@ using lyrfuzz::Input;
 using lyrfuzz::Reports;
 using namespace lyrsdk;
 
-constexpr int kMostConversions = 32;
+constexpr int kMostConversions = 64;
 
 // 24 and above are codes that nobody knows.
 ELyrType CodeOf(std::uint8_t pByte) {
