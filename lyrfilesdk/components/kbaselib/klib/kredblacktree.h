@@ -515,8 +515,6 @@ void KRedBlackTree<Data, Compare, Allocator>::ReplaceNode(RecordType* pNodeToRep
 // The parent's other child. A null pNode stands for an empty left link before an empty right one.
 template <typename Data, typename Compare, typename Allocator>
 auto KRedBlackTree<Data, Compare, Allocator>::Sibling(RecordType* pParent, RecordType* pNode) -> RecordType* {
-    if (!pParent)
-        return nullptr;
     if (pParent->mLeftChild == pNode)
         return pParent->mRightChild;
     return pParent->mRightChild == pNode ? pParent->mLeftChild : nullptr;

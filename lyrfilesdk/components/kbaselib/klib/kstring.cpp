@@ -281,9 +281,9 @@ bool ReadExponent(const char* pText, const char* pEnd, std::int64_t& pExponent) 
     return true;
 }
 
-// Takes a text apart when it has no more than 19 significant digits. False for anything else, number or not.
+// Takes a text that is not empty apart when it has no more than 19 significant digits. False for anything else.
 bool ReadShort(const char* pText, const char* pEnd, Decimal& pDecimal) {
-    if (pText != pEnd && *pText == '-') {
+    if (*pText == '-') {
         pDecimal.mNegative = true;
         ++pText;
     }
