@@ -6,7 +6,7 @@ usage: coverage_report.py BUILD    (a build with --coverage whose programs have 
 A template's line and function count as reached when they are in any instantiation, and its branches are laid over each
 other where they are as many. The way that a call leaves when it throws is no branch: nothing here throws. What the
 sources exclude (LCOV_EXCL_LINE, LCOV_EXCL_BR_LINE, LCOV_EXCL_START and _STOP) is listed with the reason that stands
-behind the marker; a marker without a reason is an error.
+behind the marker; a marker without a reason is an error. A marker in a line of its own is for the line below.
 """
 
 import json
@@ -38,10 +38,11 @@ class Source:
             if lMatch and lKind != "STOP":
                 self.mReasons.append((f"{pPath}:{lNumber}", lMatch.group(2).strip()))
             lOpen = (lOpen or lKind == "START") and lKind != "STOP"
+            lAlone = lText.lstrip().startswith("//")
             if lOpen or lKind == "LINE":
-                self.mExcluded.add(lNumber)
+                self.mExcluded.add(lNumber + lAlone)
             if lKind == "BR_LINE":
-                self.mExcludedBranches.add(lNumber)
+                self.mExcludedBranches.add(lNumber + lAlone)
 
     def add(self, pFile):
         for lFunction in pFile["functions"]:

@@ -55,7 +55,7 @@ bool KLyrConnectionPoint::KConnectionList::InsertSlot(int pSlot, KLyrConnectionP
 // Without an index a long list is only slower, so a failure to get one is no failure of the connection.
 bool KLyrConnectionPoint::KConnectionList::Add(KLyrConnectionPoint* pPeer, kLyrConnectionType pType, bool pSrc) {
     if (GetCount() == INT_MAX)
-        return false;
+        return false;  // LCOV_EXCL_LINE: takes more connections than memory holds
     if (!mIndex && GetCount() >= kPlainLimit)
         mIndex = KLyrConnectionIndex::Create(*this);
     if (mIndex && !mIndex->Add(*this, pPeer, pType, pSrc))
@@ -197,7 +197,7 @@ bool KLyrConnectionIndex::Layout(KConnectionList& pList, int pSpareSrcSlots) {
     Compact(pList);
     const int lCount = pList.mConnectionConnect.GetCount();
     if (lCount > INT_MAX / 8 - pSpareSrcSlots)
-        return false;
+        return false;  // LCOV_EXCL_LINE: takes more connections than memory holds
     const int lCapacity = (lCount + pSpareSrcSlots) * 2;
     unsigned lTableSize = 4;
     while (lTableSize < static_cast<unsigned>(lCapacity) * 2u)

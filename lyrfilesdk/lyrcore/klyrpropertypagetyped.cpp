@@ -46,7 +46,7 @@ private:
         for (int lId = 0; (lId = Next(lId, pEnd)) != -1;)
             ++lCount;
         if (lCount > INT_MAX || lCount > static_cast<std::size_t>(-1) / sizeof(Node))
-            return false;
+            return false;  // LCOV_EXCL_LINE: takes more properties than memory holds
         mNodes = static_cast<Node*>(LyrSdkMalloc(sizeof(Node) * lCount));
         if (!mNodes)
             return false;
