@@ -39,6 +39,7 @@ TEST_F(KLyrPropertyPageFlagsTest, UnknownPropertyHasNoFlags) {
     mMiddle->ModifyFlags(lBelow, Flag::AllFlags(), true, false);
     EXPECT_EQ(mRoot->GetFlags(lBelow), 0u);
     EXPECT_EQ(mLeaf->GetFlags(lBelow), Flag::AllFlags());
+    EXPECT_EQ(mLeaf->GetFlagsInheritType(Flag::AllFlags(), true, lBelow), eLyrInherit) << "the root does not know it";
     for (int lId : {9, -1, -2, INT_MAX, INT_MIN}) {
         EXPECT_EQ(mLeaf->GetFlags(lId), 0u);
         for (bool lCheck : {false, true}) {

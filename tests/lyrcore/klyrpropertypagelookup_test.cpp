@@ -3,6 +3,7 @@
 #include <climits>
 
 #include "lyrfilesdk/lyrcore/klyrpropertypage.h"
+#include "tests/support/huge_text.h"
 #include "tests/support/page_family.h"
 
 namespace lyrsdk {
@@ -28,6 +29,16 @@ protected:
     const int mD = Add(mPage, 0, "d");
     OwnedPage mInstance = MakeInstance(mPage);
 };
+
+#ifdef LYRSDK_TEST_HUGE_TEXT
+TEST(HugeText, IsNoSegmentOfAPath) {
+    const HugeText lHuge("|a");
+    const OwnedPage lPage = MakeRoot();
+    ASSERT_GT(lPage->Add(0, "a", eDOUBLE1), 0);
+    EXPECT_EQ(lPage->Find(0, lHuge.Text(), nullptr, true, "|"), -1);
+    EXPECT_EQ(lPage->Find(0, lHuge.Text(), nullptr, false, "|"), -1);
+}
+#endif
 
 // --- direct children -------------------------------------------------------------------------------------------------
 
@@ -294,6 +305,18 @@ TEST_F(KLyrPropertyPageLookupTest, HitOfAnotherTypeLeavesItToTheChildren) {
     EXPECT_EQ(mPage->FastFind(0, "D", lType.get(), false), -1) << "a miss stays final";
     const OwnedPage lNobody = MakeRoot();
     EXPECT_EQ(mPage->FastFind(0, "d", lNobody.get(), true), -1);
+}
+
+TEST_F(KLyrPropertyPageLookupTest, HitOfTheTypeAskedForIsFoundByItsExactName) {
+    const OwnedPage lType = MakeRoot("t", eDOUBLE1);
+    const int lUpper = mPage->Add(0, "Typed", lType.get());
+    const int lLower = mPage->Add(0, "typed", lType.get());
+    EXPECT_EQ(mPage->FastFind(0, "typed", lType.get(), false), lUpper);
+    mPage->BeginCreateOrFindProperty();
+    for (KLyrPropertyPage* lAsked : {lType.get(), static_cast<KLyrPropertyPage*>(nullptr)}) {
+        EXPECT_EQ(mPage->FastFind(0, "typed", lAsked, false), lLower);
+        EXPECT_EQ(mPage->FastFind(0, "Typed", lAsked, false), lUpper);
+    }
 }
 
 TEST_F(KLyrPropertyPageLookupTest, HitOfAPropertyThatIsGoneLeavesItToTheChildren) {

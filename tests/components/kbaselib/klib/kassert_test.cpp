@@ -92,6 +92,7 @@ TEST(KAssert, SpeaksAgainWhenTheSiteIsOpened) {
     const Handler lHandler(&Silence);
     const auto lReport = [] { LYRSDK_REPORT("some/file", 1, "opened"); };
     lReport();
+    ASSERT_NE(sgLastSite, nullptr);
     *sgLastSite = false;
     lReport();
     EXPECT_EQ(sgCalls, 2);

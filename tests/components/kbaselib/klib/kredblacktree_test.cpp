@@ -106,6 +106,16 @@ TEST(RedBlackTree, ALonelyChildTakesThePlaceOfTheRoot) {
     ShapesAre({2, 1}, {{2, "1B"}});
 }
 
+TEST(RedBlackTree, ARootThatWasMadeRedTurnsBlackWithTheNextInsertion) {
+    Map lMap;
+    lMap.Insert(1, 0);
+    lMap.Minimum()->mColor = 0;
+    lMap.Insert(2, 0);
+    EXPECT_EQ(Shape(lMap), "1B(- 2R)");
+    EXPECT_EQ(lMap.Remove(1), 1);
+    EXPECT_EQ(Shape(lMap), "2B");
+}
+
 // ---------------------------------------------------------------------------------------------------------------------
 // Broken links
 

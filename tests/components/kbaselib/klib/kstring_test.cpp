@@ -15,6 +15,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "tests/support/huge_text.h"
 #include "tests/support/memory_probe.h"
 
 namespace lyrsdk {
@@ -420,6 +421,19 @@ TEST(NumberText, AMillionTextsReadAsTheCLibraryReadsThem) {
         ASSERT_EQ(Parse(lText), lRefused ? Bits(-7.0) : Bits(lExpected)) << lText;
     }
 }
+
+#ifdef LYRSDK_TEST_HUGE_TEXT
+TEST(HugeText, IsNoString) {
+    const HugeText lHuge("");
+    EXPECT_TRUE(KString(lHuge.Text()).IsEmpty());
+    KString lString("old");
+    lString = lHuge.Text();
+    EXPECT_FALSE(lString.Assign(lHuge.Text(), INT_MAX));
+    EXPECT_FALSE(lString.Append(lHuge.Text()));
+    EXPECT_FALSE(lString.Append(lHuge.Text(), INT_MAX - 3)) << "a length, but more than one block holds";
+    EXPECT_EQ(Text(lString), "old");
+}
+#endif
 
 }  // namespace
 }  // namespace lyrsdk

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "lyrfilesdk/components/kbaselib/klib/kmemory.h"
+#include "tests/support/huge_text.h"
 #include "tests/support/memory_probe.h"
 
 namespace lyrsdk {
@@ -242,6 +243,19 @@ TEST(KStringList, IsDeletedThroughItsBase) {
     lList->Add("text", 0);
     LyrSdkDelete(lList);
 }
+
+#ifdef LYRSDK_TEST_HUGE_TEXT
+TEST(HugeText, IsNoItemOfAStringList) {
+    const HugeText lHuge("\nlast");
+    KStringList lList;
+    ASSERT_EQ(lList.Add("old", 7), 0);
+    EXPECT_EQ(lList.Add(lHuge.Text(), 1), -1);
+    EXPECT_FALSE(lList.SetStringAt(0, lHuge.Text()));
+    EXPECT_FALSE(lList.SetText(lHuge.Text()));
+    ASSERT_EQ(lList.GetCount(), 1);
+    EXPECT_STREQ(lList.GetStringAt(0), "old");
+}
+#endif
 
 }  // namespace
 }  // namespace lyrsdk
