@@ -83,6 +83,7 @@ public:
     // The flags pFlags, on and set here.
     explicit KLyrPropertyFlags(eLyrPropertyFlags pFlags) {
         ModifyFlags(pFlags, true);
+        // LCOV_EXCL_BR_LINE: there are 16
         LYRSDK_CHECK(LyrPropertyFlags::GetFlagCount() <= 16, "lyrfilesdk/lyrcore/klyrpropertypage", 99,
                      "Only support 16 property flags");
     }
@@ -107,7 +108,7 @@ public:
     }
     // Override when any of pFlags is set here.
     KLyrInheritType GetFlagsInheritType(unsigned pFlags) const {
-        return GetMask() & pFlags ? eLyrOverride : eLyrInherit;
+        return (GetMask() & pFlags) != 0 ? eLyrOverride : eLyrInherit;
     }
 
     // Turns pFlags on or off here. Off is a local setting too. Bits above the flags go into the mask half as they are.

@@ -10,6 +10,7 @@ namespace {
 // A default value of some type on the stack, for comparisons that must not allocate.
 class ScratchValue {
 public:
+    // cppcheck-suppress uninitMemberVar ; the bytes are the value's, which constructs itself in them
     explicit ScratchValue(ELyrType pType) : mType(pType), mHolds(lyrConstruct(pType, mBytes)) {}
     ~ScratchValue() {
         if (mHolds)

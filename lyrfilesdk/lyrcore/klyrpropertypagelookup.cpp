@@ -26,6 +26,7 @@ public:
 
 private:
     bool mIsLong = false;
+    // cppcheck-suppress uninitMemberVarPrivate ; Assign sets it, and clearing it first would cost every lookup
     char mShort[256];
     KString mLong;
 };

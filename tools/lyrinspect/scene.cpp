@@ -85,7 +85,7 @@ KLyrPropertyHandle Scene::AddProperty(SceneObject& pObject, KLyrPropertyHandle p
 }
 
 const PropertyFacts& Scene::FactsOf(const SceneObject& pObject, const KLyrPropertyHandle& pProperty) const {
-    static const PropertyFacts sNone;
+    static const PropertyFacts sNone{};
     const std::vector<PropertyFacts>& lFacts = mPrototypes.Of(pObject.kind).facts;
     const int lTag = pProperty.GetUserTag();
     return lTag > 0 && static_cast<std::size_t>(lTag) < lFacts.size() ? lFacts[static_cast<std::size_t>(lTag)] : sNone;

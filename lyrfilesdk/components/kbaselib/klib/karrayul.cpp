@@ -11,6 +11,7 @@ namespace {
 
 // What a block starts with. The bytes up to element 0 that it does not fill are padding.
 struct BlockHeader {
+    // cppcheck-suppress unusedStructMember ; written and read through the block
     int mBlockCount;
 };
 
