@@ -334,19 +334,19 @@ TEST_F(KLyrPropertyPageNavigationTest, RandomFamiliesAnswerAsPlainScansDo) {
 // --- size ------------------------------------------------------------------------------------------------------------
 
 TEST_F(KLyrPropertyPageNavigationTest, DeepTreeIsWalkedOnASmallStackWithoutMemory) {
-    static constexpr int lDepth = 100000;
-    for (int i = 0; i < lDepth; ++i)
+    static constexpr int sDepth = 100000;
+    for (int i = 0; i < sDepth; ++i)
         mRoot->Add(i, "x", eUNIDENTIFIED);
     const std::size_t lAllocations = MemoryProbe::Allocations();
     RunOnSmallStack([this] {
-        EXPECT_TRUE(mLeaf->IsDescendentOf(lDepth, 1));
-        EXPECT_FALSE(mLeaf->IsDescendentOf(lDepth, lDepth));
-        EXPECT_EQ(mLeaf->GetChild(lDepth - 1), lDepth);
+        EXPECT_TRUE(mLeaf->IsDescendentOf(sDepth, 1));
+        EXPECT_FALSE(mLeaf->IsDescendentOf(sDepth, sDepth));
+        EXPECT_EQ(mLeaf->GetChild(sDepth - 1), sDepth);
         EXPECT_EQ(mLeaf->GetSibling(1), -1);
-        EXPECT_EQ(mLeaf->GetFirstDescendent(lDepth - 2), lDepth - 1);
-        EXPECT_EQ(mLeaf->GetNextDescendent(1, lDepth - 1), lDepth);
-        EXPECT_EQ(mLeaf->GetNextDescendent(1, lDepth), -1);
-        EXPECT_EQ(mLeaf->GetPropertyEntryCount(), lDepth + 1);
+        EXPECT_EQ(mLeaf->GetFirstDescendent(sDepth - 2), sDepth - 1);
+        EXPECT_EQ(mLeaf->GetNextDescendent(1, sDepth - 1), sDepth);
+        EXPECT_EQ(mLeaf->GetNextDescendent(1, sDepth), -1);
+        EXPECT_EQ(mLeaf->GetPropertyEntryCount(), sDepth + 1);
     });
     EXPECT_EQ(MemoryProbe::Allocations(), lAllocations);
 }

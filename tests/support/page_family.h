@@ -176,7 +176,7 @@ inline std::string Tree(const OwnedPage& pPage, int pId) {
 
 // Runs pBody on a stack of 256 kB, where recursion over a few thousand levels does not fit.
 inline void RunOnSmallStack(const std::function<void()>& pBody) {
-    constexpr std::size_t lStackSize = 256 * 1024;
+    constexpr std::size_t lStackSize = std::size_t{256} * 1024;
     pthread_attr_t lAttributes;
     ASSERT_EQ(pthread_attr_init(&lAttributes), 0);
     ASSERT_EQ(pthread_attr_setstacksize(&lAttributes, lStackSize), 0);
