@@ -53,7 +53,8 @@ class Source:
             self.mLines[lNumber] = self.mLines.get(lNumber, 0) + lLine["count"]
             lCounts = branches_of(lLine)
             if lCounts:
-                lOld = self.mBranches.setdefault(lNumber, {}).setdefault((lLine.get("function_name"), len(lCounts)), lCounts)
+                lInstantiation = (lLine.get("function_name"), len(lCounts))
+                lOld = self.mBranches.setdefault(lNumber, {}).setdefault(lInstantiation, lCounts)
                 if lOld is not lCounts:
                     lOld[:] = [a + b for a, b in zip(lOld, lCounts)]
 
@@ -129,7 +130,8 @@ def main():
             lAll[lKind] += len(lCounts)
             lMissed = sorted({n for n, lCount in lCounts if not lCount})
             if lMissed:
-                print(f"{pathlib.Path(lPath).relative_to(pathlib.Path.cwd())}: {lKind} not reached: {', '.join(map(str, lMissed))}")
+                lName = pathlib.Path(lPath).relative_to(pathlib.Path.cwd())
+                print(f"{lName}: {lKind} not reached: {', '.join(map(str, lMissed))}")
     for lSource in lSources.values():
         for lPlace, lReason in lSource.mReasons:
             print(f"{lPlace}: excluded: {lReason or 'WITHOUT A REASON'}")
