@@ -151,6 +151,20 @@ TEST(HostileKlib, Allocators) {
          [](Allocators& p) { EXPECT_EQ(p.mHungry.GetRecordPoolSize(), 0u); }},
         {"KHungryAllocator::GetNewestBlock", kNothing,
          [](Allocators& p) { EXPECT_EQ(p.mHungry.GetNewestBlock(), nullptr); }},
+        {"KHungryAllocator::HasRoom", kNothing,
+         [](Allocators& p) {
+             EXPECT_FALSE(p.mHungry.HasRoom());
+             EXPECT_FALSE(p.mHungryOfNothing.HasRoom());
+             EXPECT_FALSE(KHungryAllocator(SIZE_MAX).HasRoom());
+         }},
+        {"KHungryAllocator::Swap", kNothing, [](Allocators& p) { p.mHungry.Swap(p.mHungry); }},
+        {"KHungryAllocator::Swap", kSome,
+         [](Allocators& p) {
+             EXPECT_NE(p.mHungry.AllocateRecords(1), nullptr);
+             p.mHungry.Swap(p.mHungryOfNothing);
+             EXPECT_EQ(p.mHungry.GetRecordSize(), 0u);
+             EXPECT_NE(p.mHungryOfNothing.AllocateRecords(1), nullptr);
+         }},
         {"KHungryAllocator::MemoryBlock::MemoryBlock", kNothing,
          [](Allocators&) {
              const KHungryAllocator::MemoryBlock lBlock(SIZE_MAX);
@@ -166,6 +180,12 @@ TEST(HostileKlib, Allocators) {
                  for (std::size_t lBytes : {SIZE_MAX, SIZE_MAX / 2, std::size_t{16}, std::size_t{17}})
                      EXPECT_EQ(lBlock.GetChunk(lBytes), nullptr) << lSize << ", " << lBytes;
              }
+         }},
+        {"KHungryAllocator::MemoryBlock::HasRoom", kNothing,
+         [](Allocators&) {
+             for (std::size_t lSize : {SIZE_MAX, std::size_t{0}, std::size_t{16}})
+                 for (std::size_t lBytes : {SIZE_MAX, SIZE_MAX / 2, std::size_t{16}, std::size_t{17}})
+                     EXPECT_FALSE(KHungryAllocator::MemoryBlock(lSize).HasRoom(lBytes)) << lSize << ", " << lBytes;
          }},
     });
 }
@@ -380,6 +400,15 @@ TEST(HostileKlib, MapsAndTreesTakeAnyKey) {
              EXPECT_FALSE(p.mMap.Reserve(UINT_MAX));
          }},
         {"KMap::GetSize", kNothing, [](Maps& p) { EXPECT_EQ(p.mEmpty.GetSize(), 0); }},
+        {"KMap::GetReservedCount", kNothing, [](Maps&) { EXPECT_EQ(Map().GetReservedCount(), 0u); }},
+        {"KMap::HasRoom", kNothing, [](Maps&) { EXPECT_FALSE(Map().HasRoom()); }},
+        {"KMap::Compact", kNothing,
+         [](Maps& p) {
+             EXPECT_TRUE(p.mMap.Compact(0));
+             const FailAllocations lFail(0, true);
+             for (unsigned int lMore : {UINT_MAX, UINT_MAX - 3, UINT_MAX / 2, 0u})
+                 EXPECT_FALSE(p.mMap.Compact(lMore)) << lMore;
+         }},
         {"KMap::Insert", kNothing,
          [](Maps& p) {
              const auto lSame = p.mMap.Insert(p.mMap.Find(10)->GetKey(), INT_MAX);
@@ -440,6 +469,15 @@ TEST(HostileKlib, MapsAndTreesTakeAnyKey) {
              EXPECT_FALSE(p.mTree.Reserve(UINT_MAX));
          }},
         {"KRedBlackTree::GetSize", kNothing, [](Maps&) { EXPECT_EQ(Tree().GetSize(), 0); }},
+        {"KRedBlackTree::GetReservedCount", kNothing, [](Maps&) { EXPECT_EQ(Tree().GetReservedCount(), 0u); }},
+        {"KRedBlackTree::HasRoom", kNothing, [](Maps&) { EXPECT_FALSE(Tree().HasRoom()); }},
+        {"KRedBlackTree::Compact", kNothing,
+         [](Maps& p) {
+             EXPECT_TRUE(p.mTree.Compact(0));
+             const FailAllocations lFail(0, true);
+             for (unsigned int lMore : {UINT_MAX, UINT_MAX - 3, UINT_MAX / 2, 0u})
+                 EXPECT_FALSE(p.mTree.Compact(lMore)) << lMore;
+         }},
         {"KRedBlackTree::Insert", kNothing,
          [](Maps& p) {
              EXPECT_FALSE(p.mTree.Insert(p.mTree.Find(10)->mData).mSecond);

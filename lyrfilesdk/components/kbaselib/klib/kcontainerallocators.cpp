@@ -70,6 +70,7 @@ bool KHungryAllocator::HasRoom() const {
 }
 
 void KHungryAllocator::Swap(KHungryAllocator& pOther) {
+    std::swap(mRecordSize, pOther.mRecordSize);
     std::swap(mData, pOther.mData);
     std::swap(mRecordPoolSize, pOther.mRecordPoolSize);
 }

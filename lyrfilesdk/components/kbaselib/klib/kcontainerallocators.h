@@ -83,7 +83,7 @@ public:
     std::size_t GetRecordPoolSize() const { return mRecordPoolSize; }
     // Whether the next record comes out of a block that is there.
     bool HasRoom() const;
-    // Changes blocks with another allocator. Both must be for records of one size.
+    // Exchanges blocks and record sizes with another allocator.
     void Swap(KHungryAllocator& pOther);
     // The newest block, or null when there is none.
     const MemoryBlock* GetNewestBlock() const { return mData; }
