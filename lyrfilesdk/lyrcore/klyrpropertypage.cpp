@@ -267,17 +267,20 @@ int KLyrPropertyPage::AddEntry(int pParentId, KLyrPropertyInfo* pInfo, KLyrPrope
     return mIdGenerator->GetNextIdAndInc();
 }
 
-// Nothing else has ids from pFirstId on. The names that the Add put into the bracket's map go too.
+// Nothing else has ids from pFirstId on. The names that the Add put into the bracket's map go too. The connection item
+// of pFirstId is the caller's and keeps its page and its connections.
 void KLyrPropertyPage::UndoAdd(int pFirstId) {
     KNameMap& lNames = mCreateOrFind.mSecond;
     while (const KEntryMap::RecordType* lRecord = mEntries.UpperBound(pFirstId - 1)) {
         const int lId = lRecord->GetKey();
-        const KLyrPropertyEntry* lEntry = lRecord->GetValue();
+        KLyrPropertyEntry* lEntry = lRecord->GetValue();
         const KLyrPropertyInfo* lInfo = lEntry->Get(static_cast<const KLyrPropertyInfo*>(nullptr));
         const KPair<int, const char*> lKey(lEntry->GetParentId(), lInfo ? lInfo->GetNameText() : "");
         const KNameMap::RecordType* lName = lInfo && lNames.GetSize() > 0 ? lNames.Find(lKey) : nullptr;
         if (lName && lName->GetValue() == lId)
             lNames.Remove(lKey);
+        if (lId == pFirstId)
+            lEntry->Set(static_cast<KLyrPropertyConnect*>(nullptr));
         RemoveOwnEntry(lId);
     }
 }

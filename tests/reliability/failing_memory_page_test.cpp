@@ -258,6 +258,29 @@ TEST(FailingMemoryBracket, ForgetsTheNameOfAPropertyThatCouldNotBeAdded) {
     });
 }
 
+// The connection item was made for the property that was to be added, and is connected already.
+TEST(FailingMemoryItems, KeepTheirConnectionsWhenTheyCouldNotBeAdded) {
+    WithEveryAllocationFailing([](FailurePoint pPoint) {
+        S lStage;
+        const Counted<Info> lInfo(Info::Create("given", lStage.mType.get()));
+        const int lId = lStage.mPage->GetIdGenerator()->PeekNextId();
+        const Counted<KLyrPropertyConnect> lConnect(KLyrPropertyConnect::Create(lStage.mPage.get(), lId));
+        KLyrPropertyConnect* lPeer = lStage.mPeer->GetPropertyItem<KLyrPropertyConnect>(nullptr, 0);
+        EXPECT_TRUE(lConnect->ConnectSrc(lPeer, eLyrConnectionUser));
+        int lAdded = -1;
+        std::size_t lFailed = 0;
+        {
+            const FailAllocations lFail(pPoint.mFirst, pPoint.mForever);
+            lAdded = lStage.mPage->Add(0, lInfo.Get(), nullptr, lConnect.Get(), true);
+            lFailed = lFail.Failed();
+        }
+        EXPECT_EQ(lAdded, lFailed > 0 ? -1 : lId);
+        EXPECT_EQ(lConnect->GetPage(), lStage.mPage.get());
+        EXPECT_TRUE(lConnect->IsConnectedSrc(lPeer));
+        return lFailed;
+    });
+}
+
 // A bound whose value could not be converted is there with its default value, whatever the reason.
 TEST(FailingMemoryBound, IsNotThereOrEmptyWhenItsFirstTextFoundNoMemory) {
     int lEmpty = 0;
