@@ -12,7 +12,8 @@ namespace lyrsdk {
 
 // Receives a report. pHideForever is never null; setting it to true silences that one site for the rest of the process.
 // The texts are literals and live as long as the process. A handler may be called from any thread that uses the
-// library.
+// library. It comes in the middle of a call: it may use the library, but must not destroy the pages and items that the
+// call works on.
 using KAssertFailedHandler = void (*)(const char* pFile, const char* pFunction, unsigned long pLine,
                                       const char* pMessage, bool* pHideForever);
 

@@ -20,7 +20,7 @@ using LyrSdkFreeHandler = void (*)(void* pMemory);
 
 // Replaces the pair of functions behind LyrSdkMalloc and LyrSdkFree; null and null restore malloc and free. To be
 // called before the first allocation, because a block goes back to the handler installed at that time. The handlers
-// must be safe to call from every thread that uses the library.
+// must be safe to call from every thread that uses the library, and must not call back into it.
 LYRSDK_API void LyrSdkSetMemoryHandlers(LyrSdkMallocHandler pMalloc, LyrSdkFreeHandler pFree);
 
 // The two hooks. Weak definitions: a host may define its own pair at link time. Freeing null does nothing.
