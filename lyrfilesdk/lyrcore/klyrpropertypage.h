@@ -26,7 +26,8 @@
 // walks d lookups a step, over the ids between start and answer. No lookup, read or walk allocates. The memory of
 // entries that went is used again: a page holds room for about twice the entries it had at most at a time.
 //
-// A page family is used by one thread at a time; different families may be used by different threads.
+// A page family is used by one thread at a time; different families may be used by different threads. Families that are
+// connected, or of which one types properties of the other, count as one: they are linked.
 
 #include "lyrfilesdk/components/kbaselib/klib/kapi.h"
 #include "lyrfilesdk/components/kbaselib/klib/karrayul.h"
