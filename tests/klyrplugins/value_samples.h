@@ -69,6 +69,22 @@ inline std::string ImageOf(const lyrDateTime& pValue) {
     pValue.format(lText);
     return lText;
 }
+// The same of the value that a type code stands for; empty for a code without one.
+inline std::string ImageOf(ELyrType pType, const void* pValue) {
+    switch (pType) {
+#define LYRSDK_ROW(pCode, pStored) \
+    case pCode:                    \
+        return ImageOf(*static_cast<const pStored*>(pValue));
+        LYRSDK_TEST_TYPES(LYRSDK_ROW)
+        LYRSDK_ROW(eENUM, int)
+#undef LYRSDK_ROW
+        case eUNIDENTIFIED:
+        case eREFERENCE:
+        case eMAX_TYPES:
+        default:
+            return "";
+    }
+}
 
 inline std::vector<double> DoubleSamples() {
     std::vector<double> lSamples = {

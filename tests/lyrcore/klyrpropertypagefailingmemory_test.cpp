@@ -152,6 +152,8 @@ TEST_F(KLyrPropertyPageFailingMemoryTest, OpenBracketDoesNotKnowAPropertyThatCou
         const int lSecond = lFamily.mLeaf->Add(0, "second", eDOUBLE1);
         EXPECT_EQ(lFamily.mLeaf->FastFind(0, "second", nullptr, true), lSecond);
         EXPECT_EQ(lFamily.mLeaf->FastFind(0, "first", nullptr, true), lFirst);
+        lFamily.mLeaf->EndCreateOrFindProperty();
+        EXPECT_EQ(lFamily.mLeaf->FastFind(0, "first", nullptr, true), lFirst);
         return lFailed;
     });
 }

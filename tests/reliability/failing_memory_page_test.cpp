@@ -237,27 +237,6 @@ INSTANTIATE_TEST_SUITE_P(Values, FailingMemoryPage, testing::ValuesIn(kValueOper
 INSTANTIATE_TEST_SUITE_P(Descriptions, FailingMemoryPage, testing::ValuesIn(kDescriptionOperations), NameOfOperation());
 INSTANTIATE_TEST_SUITE_P(Connections, FailingMemoryPage, testing::ValuesIn(kConnectionOperations), NameOfOperation());
 
-// The id of a property that could not be added goes to the next one, which must not be found by the other's name.
-TEST(FailingMemoryBracket, ForgetsTheNameOfAPropertyThatCouldNotBeAdded) {
-    WithEveryAllocationFailing([](FailurePoint pPoint) {
-        S lStage;
-        lStage.mPage->BeginCreateOrFindProperty();
-        int lRefused = -1;
-        std::size_t lFailed = 0;
-        {
-            const FailAllocations lFail(pPoint.mFirst, pPoint.mForever);
-            lRefused = lStage.mPage->Add(0, "refused", eDOUBLE1);
-            lFailed = lFail.Failed();
-        }
-        const int lNext = lStage.mPage->Add(0, "next", eDOUBLE1);
-        EXPECT_EQ(lStage.mPage->FastFind(0, "refused", nullptr, true), lRefused);
-        EXPECT_EQ(lStage.mPage->FastFind(0, "next", nullptr, true), lNext);
-        lStage.mPage->EndCreateOrFindProperty();
-        EXPECT_EQ(lStage.mPage->FastFind(0, "refused", nullptr, true), lRefused);
-        return lFailed;
-    });
-}
-
 // The connection item was made for the property that was to be added, and is connected already.
 TEST(FailingMemoryItems, KeepTheirConnectionsWhenTheyCouldNotBeAdded) {
     WithEveryAllocationFailing([](FailurePoint pPoint) {

@@ -230,21 +230,7 @@ public:
             lyrCopy(mValue, mType, &lText, eSTRING);
     }
     void* Get() const { return mValue; }
-    std::string Image() const {
-        switch (mType) {
-#define LYRSDK_ROW(pCode, pType) \
-    case pCode:                  \
-        return ImageOf(*static_cast<const pType*>(mValue));
-            LYRSDK_TEST_TYPES(LYRSDK_ROW)
-            LYRSDK_ROW(eENUM, int)
-#undef LYRSDK_ROW
-            case eUNIDENTIFIED:
-            case eREFERENCE:
-            case eMAX_TYPES:
-            default:
-                return "";
-        }
-    }
+    std::string Image() const { return ImageOf(mType, mValue); }
 
 private:
     ELyrType mType;

@@ -181,26 +181,10 @@ private:
         if (pReader(lValue, pType)) {
             KString lShown;
             lyrCopy(&lShown, eSTRING, lValue, pType);
-            lText = Hex(Image(pType, lValue)) + " '" + ImageOf(lShown) + "'";
+            lText = Hex(ImageOf(pType, lValue)) + " '" + ImageOf(lShown) + "'";
         }
         lyrDestroy(pType, lValue);
         return lText;
-    }
-
-    static std::string Image(ELyrType pType, const void* pValue) {
-        switch (pType) {
-#define LYRSDK_ROW(pCode, pStored) \
-    case pCode:                    \
-        return ImageOf(*static_cast<const pStored*>(pValue));
-            LYRSDK_TEST_TYPES(LYRSDK_ROW)
-            LYRSDK_ROW(eENUM, int)
-#undef LYRSDK_ROW
-            case eUNIDENTIFIED:
-            case eREFERENCE:
-            case eMAX_TYPES:
-            default:
-                return "";
-        }
     }
 
     static std::string Hex(const std::string& pBytes) {
