@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <utility>
 
-#include "lyrfilesdk/components/kbaselib/klib/kmemory.h"
+#include "tests/support/scarce_memory.h"
 
 namespace lyrfuzz {
 
@@ -17,31 +17,19 @@ void Fail(const std::string& pText) {
 
 namespace {
 
-std::size_t sgLiveBlocks = 0;
-
-void* Allocate(std::size_t pSize) {
-    void* lMemory = std::malloc(pSize);
-    sgLiveBlocks += lMemory ? 1 : 0;
-    return lMemory;
-}
-
-void Free(void* pMemory) {
-    --sgLiveBlocks;
-    std::free(pMemory);
-}
-
 // Before the library asks for memory: it does not before main.
-const bool sgInstalled = (lyrsdk::LyrSdkSetMemoryHandlers(&Allocate, &Free), true);
+const bool sgInstalled = (lyrsdk::ScarceMemory::Install(), true);
 
 }  // namespace
 
-LeakCheck::LeakCheck() : mBlocks(sgLiveBlocks) {
+LeakCheck::LeakCheck() : mBlocks(lyrsdk::ScarceMemory::LiveBlocks()) {
     Require(sgInstalled, "the memory is not counted");
 }
 
 LeakCheck::~LeakCheck() {
-    if (sgLiveBlocks != mBlocks)
-        Fail("live blocks: " + std::to_string(mBlocks) + " before, " + std::to_string(sgLiveBlocks) + " after");
+    const std::size_t lBlocks = lyrsdk::ScarceMemory::LiveBlocks();
+    if (lBlocks != mBlocks)
+        Fail("live blocks: " + std::to_string(mBlocks) + " before, " + std::to_string(lBlocks) + " after");
 }
 
 // --- reports

@@ -3,7 +3,7 @@
 #include <set>
 
 #include "tests/model/driver.h"
-#include "tests/model/scarce_memory.h"
+#include "tests/support/scarce_memory.h"
 
 namespace lyrmodel {
 

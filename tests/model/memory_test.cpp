@@ -4,8 +4,8 @@
 #include <set>
 
 #include "tests/model/driver.h"
-#include "tests/model/scarce_memory.h"
 #include "tests/support/memory_probe.h"
+#include "tests/support/scarce_memory.h"
 
 // Random operations while random requests for memory are refused. What the library does not do changes nothing that it
 // shows, save for what is listed here, and is done when memory is back.
@@ -56,10 +56,10 @@ class PropertyModelMemory : public testing::Test {
 protected:
     void SetUp() override {
         ASSERT_EQ(lyrsdk::MemoryProbe::LiveBlocks(), 0u);
-        ScarceMemory::Install();
+        lyrsdk::ScarceMemory::Install();
     }
     void TearDown() override {
-        EXPECT_EQ(ScarceMemory::LiveBlocks(), 0u);
+        EXPECT_EQ(lyrsdk::ScarceMemory::LiveBlocks(), 0u);
         lyrsdk::MemoryProbe::Install();
     }
 };
@@ -135,18 +135,18 @@ TEST_F(PropertyModelMemory, IsRefusedWhileATypePageIsCopied) {
 }
 
 TEST_F(PropertyModelMemory, IsCountedByRequest) {
-    ScarceMemory::Refuse(1, false);
+    lyrsdk::ScarceMemory::Refuse(1, false);
     lyrsdk::KLyrPropertyPage* lPage = lyrsdk::KLyrPropertyPage::Create("a", lyrsdk::eINTEGER1);
-    EXPECT_EQ(ScarceMemory::Relent(), 1u);
+    EXPECT_EQ(lyrsdk::ScarceMemory::Relent(), 1u);
     EXPECT_EQ(lPage, nullptr);
-    ScarceMemory::Refuse(0, true);
+    lyrsdk::ScarceMemory::Refuse(0, true);
     {
-        const ScarceMemory::Pause lPause;
+        const lyrsdk::ScarceMemory::Pause lPause;
         lPage = lyrsdk::KLyrPropertyPage::Create("a", lyrsdk::eINTEGER1);
     }
-    EXPECT_EQ(ScarceMemory::Relent(), 0u);
+    EXPECT_EQ(lyrsdk::ScarceMemory::Relent(), 0u);
     ASSERT_NE(lPage, nullptr);
-    EXPECT_GT(ScarceMemory::LiveBlocks(), 0u);
+    EXPECT_GT(lyrsdk::ScarceMemory::LiveBlocks(), 0u);
     lPage->Destroy();
 }
 

@@ -17,7 +17,7 @@
 #include <iostream>
 
 #include "tests/model/driver.h"
-#include "tests/model/scarce_memory.h"
+#include "tests/support/scarce_memory.h"
 
 namespace {
 
@@ -90,7 +90,7 @@ int RunSeeds(const Options& pOptions) {
     std::uint64_t lDone = 0;
     lyrmodel::ScarceCounts lCounts{};
     if (pOptions.mFailingMemory)
-        lyrmodel::ScarceMemory::Install();
+        lyrsdk::ScarceMemory::Install();
     for (std::uint64_t lSeed = pOptions.mSeed; pOptions.mSteps == 0 || lDone < pOptions.mSteps; ++lSeed) {
         const std::uint64_t lLeft = pOptions.mSteps ? pOptions.mSteps - lDone : pOptions.mLength;
         const std::uint64_t lLength = std::min(lLeft, pOptions.mLength);

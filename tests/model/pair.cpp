@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "lyrfilesdk/klyrplugins/klyrplug.h"
-#include "tests/model/scarce_memory.h"
+#include "tests/support/scarce_memory.h"
 
 namespace lyrmodel {
 

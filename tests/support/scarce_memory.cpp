@@ -1,10 +1,10 @@
-#include "tests/model/scarce_memory.h"
+#include "tests/support/scarce_memory.h"
 
 #include <cstdlib>
 
 #include "lyrfilesdk/components/kbaselib/klib/kmemory.h"
 
-namespace lyrmodel {
+namespace lyrsdk {
 namespace {
 
 std::size_t sgLiveBlocks = 0;
@@ -37,7 +37,7 @@ void Free(void* pMemory) {
 }  // namespace
 
 void ScarceMemory::Install() {
-    lyrsdk::LyrSdkSetMemoryHandlers(&Allocate, &Free);
+    LyrSdkSetMemoryHandlers(&Allocate, &Free);
 }
 
 std::size_t ScarceMemory::LiveBlocks() {
@@ -64,4 +64,4 @@ ScarceMemory::Pause::~Pause() {
     --sgPauses;
 }
 
-}  // namespace lyrmodel
+}  // namespace lyrsdk

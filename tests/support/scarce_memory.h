@@ -1,10 +1,10 @@
 #pragma once
 
-// The library's memory for runs in which requests for it are refused.
+// The library's memory for programs without GoogleTest, and for runs in which requests for it are refused.
 
 #include <cstddef>
 
-namespace lyrmodel {
+namespace lyrsdk {
 
 class ScarceMemory {
 public:
@@ -27,4 +27,4 @@ public:
     };
 };
 
-}  // namespace lyrmodel
+}  // namespace lyrsdk
