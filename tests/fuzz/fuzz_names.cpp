@@ -278,7 +278,7 @@ private:
                 "a name is found wrong by its own text");
     }
 
-    KLyrPropertyPage* mTypes[kTypes];
+    KLyrPropertyPage* mTypes[kTypes] = {};
     std::vector<Page> mPages;
     // By id.
     std::vector<Property> mProperties;

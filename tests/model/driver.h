@@ -67,6 +67,7 @@ private:
 #undef LYRMODEL_ROW
 
     bool HasRoom(const Page* pPage, int pCount) const;
+    bool HasRoomForNew(Page* pTypeInfo);
     void Created(const lyrsdk::KLyrPropertyHandle& pLibrary, const Page* pModel);
     void Destroyed(int pSlot, bool pResult);
     void Added(const lyrsdk::KLyrPropertyHandle& pLibrary, const Page* pPage, int pId);

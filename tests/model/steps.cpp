@@ -71,8 +71,18 @@ void Driver::CreateInstance(const Arguments& pA) {
     Created(KLyrPropertyHandle::Create(mPair.Handle(Pair::SlotOf(lPage), 0)), mPair.mModel.CreateInstance(lPage));
 }
 
+// A type page's properties may be typed themselves. How many copies that makes is asked as if a page that is there took
+// them; the one that leaves out least has the answer.
+bool Driver::HasRoomForNew(Page* pTypeInfo) {
+    int lCount = 0;
+    for (int i = 0; pTypeInfo && i < World::kSlots; ++i)
+        if (Page* lPage = mPair.mModel.At(i))
+            lCount = std::max(lCount, lPage->CountOfTyped(pTypeInfo));
+    return lCount <= 2 * kMostProperties;
+}
+
 void Driver::CreateTyped(const Arguments& pA) {
-    if (mPair.mModel.FreeSlot() >= 0)
+    if (mPair.mModel.FreeSlot() >= 0 && HasRoomForNew(pA.mPages[0]))
         Created(KLyrPropertyHandle::Create(pA.Name(), HandleAt(pA)),
                 mPair.mModel.Create(pA.NameOrEmpty(), pA.mPages[0]));
 }
