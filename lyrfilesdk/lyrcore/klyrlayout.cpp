@@ -55,10 +55,9 @@ struct KLyrLayout {
                       offsetof(KLyrPropertyEntry, mConnect) < offsetof(KLyrPropertyEntry, mParentId) &&
                       offsetof(KLyrPropertyEntry, mParentId) < offsetof(KLyrPropertyEntry, mFlags),
                   "entry");
-    static_assert(!k32 || sizeof(KLyrPropertyEntry) == 20, "entry");
+    static_assert(!k32 || offsetof(KLyrPropertyEntry, mFlags) == 16, "entry");
 
-    static_assert(offsetof(KLyrPropertyIdGenerator, mRef) == 0 && offsetof(KLyrPropertyIdGenerator, mNextId) == 4 &&
-                      sizeof(KLyrPropertyIdGenerator) == 8,
+    static_assert(offsetof(KLyrPropertyIdGenerator, mRef) == 0 && offsetof(KLyrPropertyIdGenerator, mNextId) == 4,
                   "id generator");
 
     static_assert(offsetof(KLyrPropertyPage, mEntries) < offsetof(KLyrPropertyPage, mInstanceOf) &&

@@ -1,6 +1,7 @@
 #include "lyrfilesdk/lyrcore/klyrpropertyitems.h"
 
 #include "lyrfilesdk/klyrplugins/klyrplug.h"
+#include "lyrfilesdk/lyrcore/klyrpropertyindex.h"
 #include "lyrfilesdk/lyrcore/klyrpropertypage.h"
 
 namespace lyrsdk {
@@ -251,6 +252,15 @@ KLyrPropertyEntry::~KLyrPropertyEntry() {
         mValue->DecRef();
     if (mConnect)
         mConnect->DecRef();
+}
+
+// The page finds the entry by the name of its description.
+void KLyrPropertyEntry::Set(KLyrPropertyInfo* pInfo) {
+    if (mIndexed)
+        KLyrPropertyIndex::TakeOutName(this);
+    Replace(mInfo, pInfo);
+    if (mIndexed)
+        KLyrPropertyIndex::PutInName(this);
 }
 
 }  // namespace lyrsdk

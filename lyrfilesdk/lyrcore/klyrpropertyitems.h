@@ -333,7 +333,7 @@ public:
     KLyrPropertyFlags* Get(const KLyrPropertyFlags*) { return &mFlags; }
 
     // Puts an item in place of the one there. Setting the item that is there already is harmless.
-    void Set(KLyrPropertyInfo* pInfo) { Replace(mInfo, pInfo); }
+    void Set(KLyrPropertyInfo* pInfo);
     void Set(KLyrPropertyValue* pValue) { Replace(mValue, pValue); }
     void Set(KLyrPropertyConnect* pConnect) { Replace(mConnect, pConnect); }
     void Set(KLyrPropertyFlags pFlags) { mFlags = pFlags; }
@@ -346,6 +346,7 @@ public:
 private:
     LYRSDK_MADE_BY_FACTORY
     friend struct KLyrLayout;
+    friend class KLyrPropertyIndex;
 
     KLyrPropertyEntry(int pParentId, KLyrPropertyInfo* pInfo, KLyrPropertyValue* pValue, KLyrPropertyConnect* pConnect);
     ~KLyrPropertyEntry();
@@ -368,6 +369,8 @@ private:
     KLyrPropertyConnect* mConnect;
     kLyrPropertyId mParentId;
     KLyrPropertyFlags mFlags;
+
+    void* mIndexed = nullptr;  // this entry's record in the index of its page, if there is one
 };
 
 }  // namespace lyrsdk

@@ -2,6 +2,9 @@
 
 #include <climits>
 
+#include "lyrfilesdk/lyrcore/klyrdescendentwalk.h"
+#include "lyrfilesdk/lyrcore/klyrpropertyindex.h"
+
 namespace lyrsdk {
 namespace {
 
@@ -10,6 +13,9 @@ constexpr unsigned int kRootReserve = 32;
 
 // Records of entries that went which a page always puts up with.
 constexpr unsigned int kDeadRecords = 32;
+
+// A page gets its index with this many entries, and gives it up with half of them.
+constexpr int kIndexedFrom = 16;
 
 }  // namespace
 
@@ -20,6 +26,10 @@ int KLyrPropertyIdGenerator::GetNextIdAndInc() {
     if (lId >= 0)
         mNextId = lId == INT_MAX ? -1 : lId + 1;
     return lId;
+}
+
+KLyrPropertyIdGenerator::~KLyrPropertyIdGenerator() {
+    KLyrDescendentWalk::Destroy(mWalk);
 }
 
 bool KLyrPropertyIdGenerator::SkipTo(int pNextId) {
@@ -104,11 +114,15 @@ void KLyrPropertyPage::Destroy() {
 
 KLyrPropertyPage::~KLyrPropertyPage() {
     Retire();
+    KLyrPropertyIndex::Destroy(mIndex);
     for (auto lIt = mEntries.Begin(); lIt != mEntries.End(); ++lIt)
         DestroyEntry(lIt->GetKey(), lIt->GetValue());
     LeaveInstanceOf();
-    if (mIdGenerator)
+    if (mIdGenerator) {
+        if (mIdGenerator->mWalk)
+            mIdGenerator->mWalk->Forget();
         mIdGenerator->DecRef();
+    }
 }
 
 // A connection item may be held beyond its property; nobody must come back here through it.
@@ -264,6 +278,8 @@ int KLyrPropertyPage::AddEntry(int pParentId, KLyrPropertyInfo* pInfo, KLyrPrope
 
     lEntry->Get(static_cast<KLyrPropertyFlags*>(nullptr))->ModifyFlags(LyrPropertyFlags::AllFlags(), false);
     lRecord->GetValue() = lEntry;
+    PutIntoIndex(lId, lEntry);
+    mIdGenerator->mHasOddParents |= pParentId >= lId;
     return mIdGenerator->GetNextIdAndInc();
 }
 
@@ -285,7 +301,7 @@ void KLyrPropertyPage::UndoAdd(int pFirstId) {
     }
 }
 
-// --- entries and values --------------------------------------------------------------------------------------------
+// --- entries -------------------------------------------------------------------------------------------------------
 
 KLyrPropertyEntry* KLyrPropertyPage::GetPropertyEntry(int pId, KLyrPropertyPage** pFoundIn) const {
     for (const KLyrPropertyPage* lPage = this; lPage; lPage = lPage->mInstanceOf) {
@@ -317,17 +333,71 @@ KLyrPropertyEntry* KLyrPropertyPage::InsertOwnEntry(int pId, int pParentId) {
         lEntry->Destroy();
         lEntry = nullptr;
     }
+    if (lEntry) {
+        PutIntoIndex(pId, lEntry);
+        if (mIdGenerator->mWalk && !Inherits(pId))
+            mIdGenerator->mWalk->Forget();
+    }
     return lEntry;
+}
+
+// Whether the property is there without this page.
+bool KLyrPropertyPage::Inherits(int pId) const {
+    return mInstanceOf && mInstanceOf->GetPropertyEntry(pId);
 }
 
 bool KLyrPropertyPage::RemoveOwnEntry(int pId) {
     KLyrPropertyEntry* lEntry = FindOwnEntry(pId);
     if (!lEntry)
         return false;
+    TakeFromIndex(lEntry);
+    if (mIdGenerator->mWalk && !Inherits(pId))
+        mIdGenerator->mWalk->PropertyRemoved();
     mEntries.Remove(pId);
     DestroyEntry(pId, lEntry);
     return true;
 }
+
+// --- the index -----------------------------------------------------------------------------------------------------
+
+// Without memory for it the page does without: its answers are the same, but looked for entry by entry. It is tried
+// again when there are twice as many.
+void KLyrPropertyPage::PutIntoIndex(int pId, KLyrPropertyEntry* pEntry) {
+    const int lCount = mEntries.GetSize();
+    const bool lDoubled = lCount >= kIndexedFrom && (lCount & (lCount - 1)) == 0;
+    if (lDoubled)
+        EnlargeWalk();
+    if (!mIndex) {
+        if (lDoubled)
+            mIndex = KLyrPropertyIndex::Create(mEntries);
+    } else if (!mIndex->Add(pId, pEntry)) {
+        DropIndex();
+    }
+}
+
+// Room for the properties that this page sees, until there are twice as many.
+void KLyrPropertyPage::EnlargeWalk() {
+    std::size_t lSeen = 0;
+    for (const KLyrPropertyPage* lPage = this; lPage; lPage = lPage->mInstanceOf)
+        lSeen += static_cast<std::size_t>(lPage->mEntries.GetSize());
+    mIdGenerator->mWalk = KLyrDescendentWalk::Enlarge(mIdGenerator->mWalk, 2 * lSeen);
+}
+
+void KLyrPropertyPage::TakeFromIndex(KLyrPropertyEntry* pEntry) {
+    if (!mIndex)
+        return;
+    mIndex->Remove(pEntry);
+    if (mEntries.GetSize() <= kIndexedFrom / 2)
+        DropIndex();
+}
+
+void KLyrPropertyPage::DropIndex() {
+    mIndex->Forget();
+    KLyrPropertyIndex::Destroy(mIndex);
+    mIndex = nullptr;
+}
+
+// --- values --------------------------------------------------------------------------------------------------------
 
 bool KLyrPropertyPage::Get(int pId, void* pValue, ELyrType pValueType) const {
     const KLyrPropertyValue* lItem = GetPropertyItem<KLyrPropertyValue>(nullptr, pId);

@@ -22,9 +22,12 @@
 // Failures are returned: false, null, -1, "" or eUNIDENTIFIED. Any value of any argument type is allowed, except a
 // pointer to a page or item that was destroyed and a value pointer whose memory is not of the stated type.
 //
-// Cost, for n properties on the chain of d pages: reading or writing a value or flags d lookups of O(log n); the tree
-// walks d lookups a step, over the ids between start and answer. No lookup, read or walk allocates. The memory of
-// entries that went is used again: a page holds room for about twice the entries it had at most at a time.
+// Cost, for n properties on the chain of d pages: reading or writing a value or flags, a step in the tree and a lookup
+// by name are d searches of O(log n) each. A walk over the k descendants of a property is O(d k log n), wherever their
+// ids lie; it is remembered for the family, so that two walks that take turns step by step may cost k a step. No lookup,
+// read or walk allocates. The memory of entries that went is used again: a page holds room for about twice the entries
+// it had most at a time. A page of 16 entries or more has an index beside them, at about 110 bytes an entry (70 on 32
+// bit).
 //
 // A page family is used by one thread at a time; different families may be used by different threads. Families that are
 // connected, or of which one types properties of the other, count as one: they are linked.
@@ -40,6 +43,9 @@
 #include "lyrfilesdk/lyrcore/klyrpropertyitems.h"
 
 namespace lyrsdk {
+
+class KLyrDescendentWalk;
+class KLyrPropertyIndex;
 
 // Counts the ids of one page family. Freed with the last page that refers to it.
 class LYRSDK_API KLyrPropertyIdGenerator {
@@ -60,14 +66,20 @@ public:
 private:
     LYRSDK_MADE_BY_FACTORY
     friend struct KLyrLayout;
+    friend class KLyrPropertyPage;
 
     KLyrPropertyIdGenerator() = default;
-    ~KLyrPropertyIdGenerator() = default;
+    ~KLyrPropertyIdGenerator();
     KLyrPropertyIdGenerator(const KLyrPropertyIdGenerator&) = delete;
     KLyrPropertyIdGenerator& operator=(const KLyrPropertyIdGenerator&) = delete;
 
     unsigned mRef = 0;
     int mNextId = 0;
+
+    // The last walk over descendants in the family; null as long as the pages are small.
+    KLyrDescendentWalk* mWalk = nullptr;
+    // A property was added under an id that was not there yet.
+    bool mHasOddParents = false;
 };
 
 class LYRSDK_API KLyrPropertyPage {
@@ -263,6 +275,8 @@ private:
     friend struct KLyrLayout;
 
     class ExpansionLevel;
+    struct NameToFind;
+    enum EAscent { eArrived, eMissed, eTooFar };
 
     KLyrPropertyPage();
     ~KLyrPropertyPage();
@@ -286,11 +300,22 @@ private:
     KPair<KEntryMap::RecordType*, bool> InsertRecord(int pId, KLyrPropertyEntry* pEntry);
     KLyrPropertyEntry* InsertOwnEntry(int pId, int pParentId);
     KLyrPropertyEntry* FindOwnEntry(int pId) const;
+    void PutIntoIndex(int pId, KLyrPropertyEntry* pEntry);
+    void TakeFromIndex(KLyrPropertyEntry* pEntry);
+    void DropIndex();
+    int NextOwnChild(int pParentId, int pAfter) const;
+    int NextChild(int pParentId, int pAfter) const;
+    void EnlargeWalk();
+    bool Inherits(int pId) const;
+    EAscent Ascend(int pId, int pAncestorId) const;
+    KLyrDescendentWalk* WalkBelow(int pAncestorId) const;
+    int NextDescendentByScan(int pAnscestorId, int pId) const;
     void DropIfEmpty(int pId);
     void PushEntry(int pId, KLyrPropertyEntry* pEntry);
     void PutFlagsBack(int pId, KLyrPropertyFlags* pItem, eLyrPropertyFlags pFlags);
     bool FindInCache(int pId, const char* pName, const KLyrPropertyPage* pTypeInfo, int& pFound) const;
-    int FindByScan(int pId, const char* pName, const KLyrPropertyPage* pTypeInfo, bool pCaseSensitive) const;
+    bool IsSought(int pId, const KLyrPropertyEntry* pEntry, const NameToFind& pSought) const;
+    int FindOwn(const KLyrPropertyPage* pSeenFrom, const NameToFind& pSought, int pBelow) const;
     KLyrPropertyConnect* OwnConnect(int pId) const;
     KLyrPropertyConnect* MakeOwnConnect(int pId);
     void UndoOwnConnect(int pId, bool pHadEntry, bool pHadConnect);
@@ -308,6 +333,8 @@ private:
     KLyrPropertyConnect* mConnects = nullptr;
     // While this page is being copied into another one: which copying that is.
     const ExpansionLevel* mExpansion = nullptr;
+    // Made for a page with many entries, and for the time being only.
+    KLyrPropertyIndex* mIndex = nullptr;
     // Where this page was put into its instance-of page's instances; a guess that is checked.
     int mInstanceIndex = 0;
     // Destroyed by the application, but kept for the instances.

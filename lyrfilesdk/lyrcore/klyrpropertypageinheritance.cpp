@@ -99,7 +99,7 @@ template LYRSDK_API KLyrPropertyFlags* KLyrPropertyPage::ChangePropertyItemState
 // An entry of an instance that came to hold nothing goes; the parent's shows again.
 void KLyrPropertyPage::DropIfEmpty(int pId) {
     const KLyrPropertyEntry* lEntry = FindOwnEntry(pId);
-    if (lEntry && lEntry->IsEmpty() && mInstanceOf && mInstanceOf->GetPropertyEntry(pId))
+    if (lEntry && lEntry->IsEmpty() && Inherits(pId))
         RemoveOwnEntry(pId);
 }
 
@@ -190,7 +190,7 @@ KLyrInheritType KLyrPropertyPage::GetFlagsInheritType(eLyrPropertyFlags pFlags, 
 
 // Takes the mark "set here" from flags, and with it what was set, so that the parent's bits show.
 void KLyrPropertyPage::PutFlagsBack(int pId, KLyrPropertyFlags* pItem, eLyrPropertyFlags pFlags) {
-    if (mInstanceOf && mInstanceOf->GetPropertyEntry(pId))
+    if (Inherits(pId))
         pItem->SetFlags(pFlags, 0);
     pItem->UnsetMask(pFlags);
     if (pItem->GetMask() == 0)
@@ -199,7 +199,7 @@ void KLyrPropertyPage::PutFlagsBack(int pId, KLyrPropertyFlags* pItem, eLyrPrope
 
 bool KLyrPropertyPage::SetFlagsInheritType(KLyrInheritType pType, eLyrPropertyFlags pFlags, int pId) {
     if (pType == eLyrOverride) {
-        if (!mInstanceOf || !mInstanceOf->GetPropertyEntry(pId))
+        if (!Inherits(pId))
             return false;
         const bool lHadEntry = FindOwnEntry(pId) != nullptr;
         KLyrPropertyFlags* lOwn = ChangePropertyItemState<KLyrPropertyFlags>(nullptr, pId, eLyrOverride);
@@ -224,7 +224,7 @@ bool KLyrPropertyPage::ModifyFlags(int pId, eLyrPropertyFlags pFlags, bool pValu
     KLyrPropertyFlags* lItem = GetPropertyItem<KLyrPropertyFlags>(nullptr, pId, &lHolder);
     if (pCheckFlagEquality && lItem && lHolder == this) {
         lItem->ModifyFlags(pFlags, pValue);
-        const bool lInherits = mInstanceOf && mInstanceOf->GetPropertyEntry(pId);
+        const bool lInherits = Inherits(pId);
         if (lInherits && ((mInstanceOf->GetFlags(pId) ^ lItem->GetFlags()) & pFlags) == 0) {
             PutFlagsBack(pId, lItem, pFlags);
             return true;

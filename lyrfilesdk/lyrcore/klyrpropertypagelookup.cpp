@@ -1,10 +1,13 @@
 #include <strings.h>
 
+#include <cctype>
 #include <climits>
+#include <cstdlib>
 #include <cstring>
 
 #include "lyrfilesdk/components/kbaselib/klib/kstring.h"
 #include "lyrfilesdk/klyrplugins/klyrsymbol.h"
+#include "lyrfilesdk/lyrcore/klyrpropertyindex.h"
 #include "lyrfilesdk/lyrcore/klyrpropertypage.h"
 
 namespace lyrsdk {
@@ -31,7 +34,31 @@ private:
     KString mLong;
 };
 
+// Whether strcasecmp takes no characters for equal but the two cases of an ASCII letter.
+bool OnlyAsciiHasCase() {
+    if (MB_CUR_MAX > 1)
+        return true;
+    for (int lChar = 0x80; lChar <= 0xFF; ++lChar)
+        if (std::tolower(lChar) != lChar)
+            return false;
+    return true;
+}
+
 }  // namespace
+
+// What a lookup compares with. The index takes names for equal that are so but for the case of ASCII letters; where the
+// locale has other letters in a single byte, it must not be asked without case.
+struct KLyrPropertyPage::NameToFind {
+    NameToFind(int pParentId, const char* pText, const KLyrPropertyPage* pTypeInfo, bool pCaseSensitive)
+        : mParentId(pParentId), mText(pText), mTypeInfo(pTypeInfo), mCaseSensitive(pCaseSensitive), mName(pText) {}
+    bool IsHashed() const { return mCaseSensitive || OnlyAsciiHasCase(); }
+
+    int mParentId;
+    const char* mText;
+    const KLyrPropertyPage* mTypeInfo;
+    bool mCaseSensitive;
+    KLyrPropertyIndex::Name mName;
+};
 
 int KLyrPropertyPage::Find(int pId, const char* pName, KLyrPropertyPage* pTypeInfo, bool pCaseSensitive,
                            const char* pChildrenSeparators) const {
@@ -57,7 +84,15 @@ int KLyrPropertyPage::FastFind(int pId, const char* pName, KLyrPropertyPage* pTy
     int lFound = -1;
     if (FindInCache(pId, pName, pTypeInfo, lFound))
         return lFound;
-    return FindByScan(pId, pName, pTypeInfo, pCaseSensitive);
+    if (pId == -1)
+        return -1;
+    lFound = -1;
+    const NameToFind lSought(pId, pName, pTypeInfo, pCaseSensitive);
+    for (const KLyrPropertyPage* lPage = this; lPage; lPage = lPage->mInstanceOf) {
+        const int lOwn = lPage->FindOwn(this, lSought, lFound);
+        lFound = lOwn != -1 ? lOwn : lFound;
+    }
+    return lFound;
 }
 
 // Whether the bracket's map decides; always with case. It does not for a property that is gone or of another type.
@@ -72,20 +107,36 @@ bool KLyrPropertyPage::FindInCache(int pId, const char* pName, const KLyrPropert
     return GetPropertyEntry(pFound) && (!pTypeInfo || GetTypeInfo(pFound) == pTypeInfo);
 }
 
-// Equal names are one text, so a name that was never interned is nobody's.
-int KLyrPropertyPage::FindByScan(int pId, const char* pName, const KLyrPropertyPage* pTypeInfo,
-                                 bool pCaseSensitive) const {
-    const char* lText = pCaseSensitive ? KLyrStringSymbol::FindText(pName) : nullptr;
-    if (pCaseSensitive && !lText)
+// Whether pEntry of page pPage, a child with a description, is what is sought: seen from this page, its description
+// must not be hidden by another one.
+bool KLyrPropertyPage::IsSought(int pId, const KLyrPropertyEntry* pEntry, const NameToFind& pSought) const {
+    const KLyrPropertyInfo* lInfo = pEntry->Get(static_cast<const KLyrPropertyInfo*>(nullptr));
+    if (!lInfo || (pSought.mTypeInfo && lInfo->GetTypeInfo() != pSought.mTypeInfo))
+        return false;
+    const char* lName = lInfo->GetNameText();
+    if ((pSought.mCaseSensitive ? std::strcmp(lName, pSought.mText) : strcasecmp(lName, pSought.mText)) != 0)
+        return false;
+    return !mInstanceOf || GetPropertyItem<KLyrPropertyInfo>(nullptr, pId) == lInfo;
+}
+
+// The smallest id, below pBelow unless that is -1, that is sought and has its description on this very page.
+int KLyrPropertyPage::FindOwn(const KLyrPropertyPage* pSeenFrom, const NameToFind& pSought, int pBelow) const {
+    if (mIndex && pSought.IsHashed()) {
+        const KLyrPropertyEntry* lEntry = mIndex->FirstNamesake(pSought.mParentId, pSought.mName);
+        for (; lEntry; lEntry = KLyrPropertyIndex::NextNamesake(lEntry)) {
+            const int lId = KLyrPropertyIndex::IdOf(lEntry);
+            if (pBelow != -1 && lId >= pBelow)
+                break;
+            if (lId > pSought.mParentId && pSeenFrom->IsSought(lId, lEntry, pSought))
+                return lId;
+        }
         return -1;
-    for (int lChild = GetChild(pId); lChild != -1; lChild = GetSibling(lChild)) {
-        const KLyrPropertyInfo* lInfo = GetPropertyItem<KLyrPropertyInfo>(nullptr, lChild);
-        if (!lInfo || (pTypeInfo && lInfo->GetTypeInfo() != pTypeInfo))
-            continue;
-        const char* lName = lInfo->GetNameText();
-        if (pCaseSensitive ? lName == lText : strcasecmp(lName, pName) == 0)
-            return lChild;
     }
+    const KEntryMap::RecordType* lRecord = mEntries.UpperBound(pSought.mParentId);
+    for (; lRecord && (pBelow == -1 || lRecord->GetKey() < pBelow); lRecord = lRecord->Successor())
+        if (lRecord->GetValue()->GetParentId() == pSought.mParentId &&
+            pSeenFrom->IsSought(lRecord->GetKey(), lRecord->GetValue(), pSought))
+            return lRecord->GetKey();
     return -1;
 }
 

@@ -1,10 +1,20 @@
+#include <algorithm>
 #include <climits>
 
+#include "lyrfilesdk/lyrcore/klyrdescendentwalk.h"
+#include "lyrfilesdk/lyrcore/klyrpropertyindex.h"
 #include "lyrfilesdk/lyrcore/klyrpropertypage.h"
 
-// The property tree. It is not stored: each step merges the entries of the chain in id order and looks at parent ids.
+// The property tree. An entry knows its parent only; each step merges what the pages of the chain find among their own
+// entries, a large page with its index, a small one by looking at them all.
 
 namespace lyrsdk {
+namespace {
+
+// What is looked through before the family's walk is asked.
+constexpr int kFewSteps = 32;
+
+}  // namespace
 
 int KLyrPropertyPage::GetParent(int pId) const {
     const KLyrPropertyEntry* lEntry = GetPropertyEntry(pId);
@@ -53,26 +63,47 @@ int KLyrPropertyPage::GetMinimumPropertyIdAndEntry(int pId, KLyrPropertyEntry** 
     return lId;
 }
 
-int KLyrPropertyPage::GetChild(int pParentId) const {
-    if (pParentId == -1)
-        return -1;
-    KLyrPropertyEntry* lEntry = nullptr;
-    int lId = pParentId;
-    do
-        lId = GetMinimumPropertyIdAndEntry(lId, &lEntry);
-    while (lId != -1 && lEntry->GetParentId() != pParentId);
+// The smallest id above pAfter of pParentId's children among this page's own entries, or -1.
+int KLyrPropertyPage::NextOwnChild(int pParentId, int pAfter) const {
+    if (mIndex)
+        return mIndex->NextChild(pParentId, pAfter);
+    const KEntryMap::RecordType* lRecord = mEntries.UpperBound(pAfter);
+    while (lRecord && lRecord->GetValue()->GetParentId() != pParentId)
+        lRecord = lRecord->Successor();
+    return lRecord ? lRecord->GetKey() : -1;
+}
+
+namespace {
+
+// -1 stands for no id.
+int Smaller(int pLeft, int pRight) {
+    return pLeft == -1 || (pRight != -1 && pRight < pLeft) ? pRight : pLeft;
+}
+
+}  // namespace
+
+// All entries of a family that have one id have one parent, so that it does not matter which of them is seen.
+int KLyrPropertyPage::NextChild(int pParentId, int pAfter) const {
+    int lId = -1;
+    for (const KLyrPropertyPage* lPage = this; lPage; lPage = lPage->mInstanceOf)
+        lId = Smaller(lId, lPage->NextOwnChild(pParentId, pAfter));
     return lId;
 }
 
+int KLyrPropertyPage::GetChild(int pParentId) const {
+    return pParentId == -1 ? -1 : NextChild(pParentId, pParentId);
+}
+
 int KLyrPropertyPage::GetSibling(int pId) const {
-    const int lParent = pId == -1 ? -1 : GetParent(pId);
+    KLyrPropertyPage* lHolder = nullptr;
+    const KLyrPropertyEntry* lEntry = GetPropertyEntry(pId, &lHolder);
+    const int lParent = lEntry ? lEntry->GetParentId() : -1;
     if (lParent == -1)
         return -1;
-    KLyrPropertyEntry* lEntry = nullptr;
-    int lId = pId;
-    do
-        lId = GetMinimumPropertyIdAndEntry(lId, &lEntry);
-    while (lId != -1 && lEntry->GetParentId() != lParent);
+    int lId = -1;
+    for (const KLyrPropertyPage* lPage = this; lPage; lPage = lPage->mInstanceOf)
+        lId = Smaller(lId, lPage == lHolder && lPage->mIndex ? KLyrPropertyIndex::NextSibling(lEntry)
+                                                             : lPage->NextOwnChild(lParent, pId));
     return lId;
 }
 
@@ -80,15 +111,61 @@ int KLyrPropertyPage::GetFirstDescendent(int pAnscestorId) const {
     return GetNextDescendent(pAnscestorId, pAnscestorId);
 }
 
+// Most often the next id is a descendant, close below its ancestor. When it is not, the family's walk knows the next
+// one, but for properties that were added since the descendants were collected.
 int KLyrPropertyPage::GetNextDescendent(int pAnscestorId, int pId) const {
     if (pId == -1)
         return -1;
+    const int lNext = GetMinimumPropertyIdAndEntry(pId);
+    if (lNext == -1 || (pAnscestorId > 0 && Ascend(lNext, pAnscestorId) == eArrived))
+        return lNext;
+    KLyrDescendentWalk* lWalk = pAnscestorId > 0 ? WalkBelow(pAnscestorId) : nullptr;
+    if (!lWalk)
+        return NextDescendentByScan(pAnscestorId, pId);
+
+    int lId = lWalk->NextBehind(pId);
+    while (lId != -1 && !lWalk->IsExact()) {
+        const EAscent lAscent = Ascend(lId, pAnscestorId);
+        if (lAscent == eArrived)
+            return lId;
+        if (lAscent == eTooFar && !lWalk->Collect(this, pAnscestorId, lWalk->GetEnd()))
+            return NextDescendentByScan(pAnscestorId, pId);  // LCOV_EXCL_LINE: there was room for more of them
+        lId = lWalk->NextBehind(lAscent == eTooFar ? pId : lId);
+    }
+    return lId != -1 ? lId : NextDescendentByScan(pAnscestorId, std::max(pId, lWalk->GetEnd() - 1));
+}
+
+int KLyrPropertyPage::NextDescendentByScan(int pAnscestorId, int pId) const {
     KLyrPropertyEntry* lEntry = nullptr;
     int lId = pId;
     do
         lId = GetMinimumPropertyIdAndEntry(lId, &lEntry);
     while (lId != -1 && (lEntry->GetParentId() == -1 || !IsDescendentOf(lId, pAnscestorId)));
     return lId;
+}
+
+// Looks for an ancestor that is not far up.
+KLyrPropertyPage::EAscent KLyrPropertyPage::Ascend(int pId, int pAncestorId) const {
+    for (int i = 0; i < kFewSteps; ++i) {
+        pId = GetParent(pId);
+        if (pId == pAncestorId)
+            return eArrived;
+        if (pId == -1 || (pId < pAncestorId && !mIdGenerator->mHasOddParents))
+            return eMissed;
+    }
+    return eTooFar;
+}
+
+// The family's walk with the descendants of pAncestorId and not too many new properties behind them; null when there is
+// no room for them, or when parents may have larger ids than their children.
+KLyrDescendentWalk* KLyrPropertyPage::WalkBelow(int pAncestorId) const {
+    KLyrDescendentWalk* lWalk = mIdGenerator->mWalk;
+    if (!lWalk || mIdGenerator->mHasOddParents)
+        return nullptr;
+    const int lEnd = mIdGenerator->mNextId < 0 ? INT_MAX : mIdGenerator->mNextId;
+    if (lWalk->IsOf(this, pAncestorId) && lEnd - lWalk->GetEnd() <= lWalk->GetCount() + kFewSteps)
+        return lWalk;
+    return lWalk->Collect(this, pAncestorId, lEnd) ? lWalk : nullptr;
 }
 
 int KLyrPropertyPage::GetPropertyEntryCount() const {

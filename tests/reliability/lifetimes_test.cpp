@@ -31,11 +31,17 @@ protected:
     }
 };
 
+// A record of the map in a page's index: a key of eight bytes, what it holds, and its links.
+constexpr std::size_t kIndexRecordBytes = 9 * sizeof(void*) + 8;
+
 // The most that a page keeps for its map of entries when it never has more than pLive at a time: room for twice as many
 // and 32 more, an eighth of that again since the pool grows by eighths, two records for blocks that serve one less than
-// they hold, and all of it twice while the living ones move; behind that what describes the blocks.
+// they hold, and all of it twice while the living ones move; behind that what describes the blocks. The same for its
+// index, with two tables of up to four slots an entry, and two walks of two ids while the larger ones are made.
 constexpr std::size_t MapBytes(std::size_t pLive) {
-    return 2 * ((2 * pLive + 32) * 9 / 8 + 2) * sizeof(Record) + 100 * sizeof(KHungryAllocator::MemoryBlock);
+    return 2 * ((2 * pLive + 32) * 9 / 8 + 2) * (sizeof(Record) + kIndexRecordBytes) +
+           200 * sizeof(KHungryAllocator::MemoryBlock) + (8 * pLive + 128) * sizeof(void*) + 4 * pLive * sizeof(int) +
+           1000;
 }
 
 // An entry with what it holds, as long as the values are small.

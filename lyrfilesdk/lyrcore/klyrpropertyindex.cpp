@@ -1,0 +1,280 @@
+#include "lyrfilesdk/lyrcore/klyrpropertyindex.h"
+
+#include <cstring>
+
+namespace lyrsdk {
+namespace {
+
+// Records of entries that went which an index always puts up with.
+constexpr unsigned kDeadRecords = 32;
+constexpr unsigned kFirstSlots = 64;
+
+// Its address is the seed of the hashes: a file cannot know it.
+const char sgSeed = 0;
+
+constexpr std::uint64_t kOnes = 0x0101010101010101u;
+constexpr std::uint64_t kHighBits = 0x8080808080808080u;
+
+// Eight characters with their ASCII capitals made small.
+std::uint64_t Fold(std::uint64_t pChars) {
+    const std::uint64_t lLowBits = pChars & ~kHighBits;
+    const std::uint64_t lFromA = lLowBits + (0x80 - 'A') * kOnes;
+    const std::uint64_t lBehindZ = lLowBits + (0x7F - 'Z') * kOnes;
+    return pChars | (((lFromA ^ lBehindZ) & ~pChars & kHighBits) >> 2);
+}
+
+// Every bit of the value changes about half of the bits.
+std::uint64_t Mix(std::uint64_t pValue) {
+    pValue = (pValue ^ (pValue >> 32)) * 0xBF58476D1CE4E5B9u;
+    pValue = (pValue ^ (pValue >> 29)) * 0x94D049BB133111EBu;
+    return pValue ^ (pValue >> 32);
+}
+
+char Fold(char pChar) {
+    return pChar >= 'A' && pChar <= 'Z' ? static_cast<char>(pChar + ('a' - 'A')) : pChar;
+}
+
+bool AreNamesakes(const char* pLeft, const char* pRight) {
+    while (*pLeft && Fold(*pLeft) == Fold(*pRight)) {
+        ++pLeft;
+        ++pRight;
+    }
+    return Fold(*pLeft) == Fold(*pRight);
+}
+
+KLyrPropertyInfo* InfoOf(const KLyrPropertyEntry* pEntry) {
+    return pEntry->Get(static_cast<const KLyrPropertyInfo*>(nullptr));
+}
+
+}  // namespace
+
+// --- keys and hashes -----------------------------------------------------------------------------------------------
+
+KLyrPropertyIndex::Name::Name(const char* pText) : mText(pText), mHash(reinterpret_cast<std::uintptr_t>(&sgSeed)) {
+    std::size_t lLeft = std::strlen(pText);
+    for (mHash += lLeft; lLeft > 0;) {
+        const std::size_t lCount = lLeft < 8 ? lLeft : 8;
+        std::uint64_t lChars = 0;
+        std::memcpy(&lChars, pText, lCount);
+        mHash = Mix(mHash ^ Fold(lChars));
+        pText += lCount;
+        lLeft -= lCount;
+    }
+}
+
+unsigned KLyrPropertyIndex::Hash(int pParentId, const Name& pName) {
+    return static_cast<unsigned>(Mix(pName.mHash + static_cast<unsigned>(pParentId)));
+}
+
+// No id is negative, but what a search starts from may be.
+KLyrPropertyIndex::Key KLyrPropertyIndex::KeyOf(int pParentId, int pId) {
+    const Key lParent = static_cast<unsigned>(pParentId) ^ 0x80000000u;
+    return lParent << 32 | (pId < 0 ? 0u : static_cast<unsigned>(pId) + 1u);
+}
+
+int KLyrPropertyIndex::IdOf(const Record* pRecord) {
+    return static_cast<int>(static_cast<unsigned>(pRecord->GetKey()) - 1u);
+}
+
+KLyrPropertyIndex::Record* KLyrPropertyIndex::RecordOf(const KLyrPropertyEntry* pEntry) {
+    return static_cast<Record*>(pEntry->mIndexed);
+}
+
+int KLyrPropertyIndex::IdOf(const KLyrPropertyEntry* pEntry) {
+    return IdOf(RecordOf(pEntry));
+}
+
+// --- entries -------------------------------------------------------------------------------------------------------
+
+KLyrPropertyIndex* KLyrPropertyIndex::Create(const KLyrPropertyPage::KEntryMap& pEntries) {
+    KLyrPropertyIndex* lIndex = LyrSdkNew<KLyrPropertyIndex>();
+    const KLyrPropertyPage::KEntryMap::RecordType* lRecord = lIndex ? pEntries.Minimum() : nullptr;
+    while (lRecord && lIndex->Add(lRecord->GetKey(), lRecord->GetValue()))
+        lRecord = lRecord->Successor();
+    if (lRecord) {
+        lIndex->Forget();
+        Destroy(lIndex);
+        return nullptr;
+    }
+    return lIndex;
+}
+
+void KLyrPropertyIndex::Destroy(KLyrPropertyIndex* pIndex) {
+    LyrSdkDelete(pIndex);
+}
+
+void KLyrPropertyIndex::Forget() {
+    for (auto lIt = mChildren.Begin(); lIt != mChildren.End(); ++lIt)
+        lIt->GetValue().mEntry->mIndexed = nullptr;
+}
+
+// The map's allocator takes nothing back; see the page's own map.
+bool KLyrPropertyIndex::MakeRoom() {
+    const unsigned lLive = static_cast<unsigned>(mChildren.GetSize());
+    if (mChildren.GetReservedCount() > std::size_t(2) * lLive + kDeadRecords && !mChildren.HasRoom() &&
+        mChildren.Compact(lLive + kDeadRecords))
+        for (Record* lRecord = mChildren.Minimum(); lRecord; lRecord = lRecord->Successor())
+            lRecord->GetValue().mEntry->mIndexed = lRecord;
+    const unsigned lSlots = mTable ? mTableMask + 1 : 0;
+    return lLive < lSlots / 2 || ResizeTable(lSlots ? lSlots * 2 : kFirstSlots);
+}
+
+bool KLyrPropertyIndex::Add(int pId, KLyrPropertyEntry* pEntry) {
+    if (!MakeRoom())
+        return false;
+    Record* lRecord =
+        mChildren.Insert(KeyOf(pEntry->GetParentId(), pId), Node{pEntry, nullptr, nullptr, this, 0}).mFirst;
+    if (!lRecord)
+        return false;
+    pEntry->mIndexed = lRecord;
+    PutIn(pEntry);
+    return true;
+}
+
+void KLyrPropertyIndex::Remove(KLyrPropertyEntry* pEntry) {
+    TakeOut(pEntry);
+    mChildren.Remove(RecordOf(pEntry)->GetKey());
+    pEntry->mIndexed = nullptr;
+}
+
+int KLyrPropertyIndex::NextChild(int pParentId, int pAfter) const {
+    const Record* lRecord = mChildren.UpperBound(KeyOf(pParentId, pAfter));
+    return lRecord && lRecord->GetValue().mEntry->GetParentId() == pParentId ? IdOf(lRecord) : -1;
+}
+
+int KLyrPropertyIndex::NextSibling(const KLyrPropertyEntry* pEntry) {
+    const Record* lRecord = RecordOf(pEntry)->Successor();
+    return lRecord && lRecord->GetValue().mEntry->GetParentId() == pEntry->GetParentId() ? IdOf(lRecord) : -1;
+}
+
+// --- namesakes -----------------------------------------------------------------------------------------------------
+
+const KLyrPropertyEntry* KLyrPropertyIndex::FirstNamesake(int pParentId, const Name& pName) const {
+    if (!mTable)
+        return nullptr;
+    const KLyrPropertyEntry* lLast = mTable[FindSlot(pParentId, pName.mText, Hash(pParentId, pName))];
+    return lLast ? NodeOf(lLast).mNext : nullptr;
+}
+
+const KLyrPropertyEntry* KLyrPropertyIndex::NextNamesake(const KLyrPropertyEntry* pEntry) {
+    const KLyrPropertyEntry* lNext = NodeOf(pEntry).mNext;
+    return IdOf(lNext) > IdOf(pEntry) ? lNext : nullptr;
+}
+
+// The slot of the ring, or the free one that it would take.
+unsigned KLyrPropertyIndex::FindSlot(int pParentId, const char* pName, unsigned pHash) const {
+    unsigned lSlot = pHash & mTableMask;
+    while (const KLyrPropertyEntry* lLast = mTable[lSlot]) {
+        if (NodeOf(lLast).mHash == pHash && lLast->GetParentId() == pParentId &&
+            AreNamesakes(InfoOf(lLast)->GetNameText(), pName))
+            break;
+        lSlot = (lSlot + 1) & mTableMask;
+    }
+    return lSlot;
+}
+
+unsigned KLyrPropertyIndex::SlotOf(const KLyrPropertyEntry* pLast) const {
+    unsigned lSlot = NodeOf(pLast).mHash & mTableMask;
+    while (mTable[lSlot] != pLast)
+        lSlot = (lSlot + 1) & mTableMask;
+    return lSlot;
+}
+
+void KLyrPropertyIndex::PutInName(KLyrPropertyEntry* pEntry) {
+    NodeOf(pEntry).mIndex->PutIn(pEntry);
+}
+
+void KLyrPropertyIndex::TakeOutName(KLyrPropertyEntry* pEntry) {
+    NodeOf(pEntry).mIndex->TakeOut(pEntry);
+}
+
+// There are fewer rings than slots: every one has an entry, and MakeRoom counts those.
+void KLyrPropertyIndex::PutIn(KLyrPropertyEntry* pEntry) {
+    const KLyrPropertyInfo* lInfo = InfoOf(pEntry);
+    if (!lInfo)
+        return;
+    Node& lNode = NodeOf(pEntry);
+    lNode.mHash = Hash(pEntry->GetParentId(), Name(lInfo->GetNameText()));
+    KLyrPropertyEntry*& lSlot = mTable[FindSlot(pEntry->GetParentId(), lInfo->GetNameText(), lNode.mHash)];
+    if (!lSlot) {
+        lSlot = lNode.mNext = lNode.mPrevious = pEntry;
+        return;
+    }
+    KLyrPropertyEntry* lBehind = Predecessor(lSlot, IdOf(pEntry));
+    if (IdOf(lSlot) < IdOf(pEntry))
+        lSlot = pEntry;
+    KLyrPropertyEntry* lNext = NodeOf(lBehind).mNext;
+    lNode.mPrevious = lBehind;
+    lNode.mNext = lNext;
+    NodeOf(lBehind).mNext = pEntry;
+    NodeOf(lNext).mPrevious = pEntry;
+}
+
+// The entry behind which pId has its place in the ring that ends with pLast. Looked for from both ends: what is handed
+// down comes in order, but in front of what was there.
+KLyrPropertyEntry* KLyrPropertyIndex::Predecessor(KLyrPropertyEntry* pLast, int pId) {
+    if (IdOf(pLast) < pId)
+        return pLast;
+    KLyrPropertyEntry* lUp = NodeOf(pLast).mNext;
+    KLyrPropertyEntry* lDown = pLast;
+    for (;;) {
+        if (IdOf(lUp) > pId)
+            return NodeOf(lUp).mPrevious;
+        lUp = NodeOf(lUp).mNext;
+        lDown = NodeOf(lDown).mPrevious;
+        if (IdOf(lDown) < pId)
+            return lDown;
+    }
+}
+
+void KLyrPropertyIndex::TakeOut(KLyrPropertyEntry* pEntry) {
+    Node& lNode = NodeOf(pEntry);
+    if (!lNode.mNext)
+        return;
+    const bool lIsLast = IdOf(lNode.mNext) <= IdOf(pEntry);
+    if (lNode.mNext == pEntry)
+        FreeSlot(SlotOf(pEntry));
+    else if (lIsLast)
+        mTable[SlotOf(pEntry)] = lNode.mPrevious;
+    NodeOf(lNode.mNext).mPrevious = lNode.mPrevious;
+    NodeOf(lNode.mPrevious).mNext = lNode.mNext;
+    lNode.mNext = lNode.mPrevious = nullptr;
+}
+
+// Pulls later rings of the run back into the hole, so that the table needs no marks for what was removed.
+void KLyrPropertyIndex::FreeSlot(unsigned pSlot) {
+    unsigned lHole = pSlot;
+    for (unsigned i = (lHole + 1) & mTableMask; mTable[i]; i = (i + 1) & mTableMask) {
+        const unsigned lHome = NodeOf(mTable[i]).mHash & mTableMask;
+        if (((i - lHome) & mTableMask) >= ((i - lHole) & mTableMask)) {
+            mTable[lHole] = mTable[i];
+            lHole = i;
+        }
+    }
+    mTable[lHole] = nullptr;
+}
+
+bool KLyrPropertyIndex::ResizeTable(unsigned pSlots) {
+    const std::uint64_t lBytes = std::uint64_t(pSlots) * sizeof(KLyrPropertyEntry*);
+    if (lBytes == 0 || lBytes > static_cast<std::size_t>(-1))
+        return false;  // LCOV_EXCL_LINE: takes more properties than memory holds
+    KLyrPropertyEntry** lTable = static_cast<KLyrPropertyEntry**>(LyrSdkMalloc(static_cast<std::size_t>(lBytes)));
+    if (!lTable)
+        return false;
+    for (unsigned i = 0; i < pSlots; ++i)
+        lTable[i] = nullptr;
+    for (unsigned i = 0; mTable && i <= mTableMask; ++i) {
+        if (!mTable[i])
+            continue;
+        unsigned lSlot = NodeOf(mTable[i]).mHash & (pSlots - 1);
+        while (lTable[lSlot])
+            lSlot = (lSlot + 1) & (pSlots - 1);
+        lTable[lSlot] = mTable[i];
+    }
+    LyrSdkFree(mTable);
+    mTable = lTable;
+    mTableMask = pSlots - 1;
+    return true;
+}
+
+}  // namespace lyrsdk

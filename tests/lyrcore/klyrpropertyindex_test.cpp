@@ -1,0 +1,420 @@
+#include <gtest/gtest.h>
+
+#include <strings.h>
+
+#include <cstring>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "lyrfilesdk/lyrcore/klyrpropertyhandle.h"
+#include "tests/support/handle_pages.h"
+#include "tests/support/memory_probe.h"
+#include "tests/support/report_recorder.h"
+
+// Large pages find children, names and descendants with an index. Every answer is the one that looking at all ids in
+// ascending order gives.
+
+namespace lyrsdk {
+namespace {
+
+using Page = KLyrPropertyPage;
+
+// --- the answers by looking at every id ----------------------------------------------------------------------------
+
+int NextChildByScan(const Page* pPage, int pParentId, int pAfter) {
+    KLyrPropertyEntry* lEntry = nullptr;
+    int lId = pAfter;
+    do
+        lId = pPage->GetMinimumPropertyIdAndEntry(lId, &lEntry);
+    while (lId != -1 && lEntry->GetParentId() != pParentId);
+    return lId;
+}
+
+int ChildByScan(const Page* pPage, int pParentId) {
+    return pParentId == -1 ? -1 : NextChildByScan(pPage, pParentId, pParentId);
+}
+
+int SiblingByScan(const Page* pPage, int pId) {
+    const int lParent = pId == -1 ? -1 : pPage->GetParent(pId);
+    return lParent == -1 ? -1 : NextChildByScan(pPage, lParent, pId);
+}
+
+int DescendentByScan(const Page* pPage, int pAncestorId, int pAfter) {
+    KLyrPropertyEntry* lEntry = nullptr;
+    int lId = pAfter;
+    do
+        lId = lId == -1 ? -1 : pPage->GetMinimumPropertyIdAndEntry(lId, &lEntry);
+    while (lId != -1 && (lEntry->GetParentId() == -1 || !pPage->IsDescendentOf(lId, pAncestorId)));
+    return lId;
+}
+
+int FindByScan(const Page* pPage, int pParentId, const char* pName, const Page* pTypeInfo, bool pCaseSensitive) {
+    for (int lId = ChildByScan(pPage, pParentId); lId != -1; lId = SiblingByScan(pPage, lId)) {
+        const KLyrPropertyInfo* lInfo = pPage->GetPropertyItem<KLyrPropertyInfo>(nullptr, lId);
+        if (!lInfo || (pTypeInfo && lInfo->GetTypeInfo() != pTypeInfo))
+            continue;
+        const char* lName = lInfo->GetNameText();
+        if ((pCaseSensitive ? std::strcmp(lName, pName) : strcasecmp(lName, pName)) == 0)
+            return lId;
+    }
+    return -1;
+}
+
+std::vector<int> Descendents(const Page* pPage, int pAncestorId) {
+    std::vector<int> lIds;
+    for (int lId = pPage->GetFirstDescendent(pAncestorId); lId != -1; lId = pPage->GetNextDescendent(pAncestorId, lId))
+        lIds.push_back(lId);
+    return lIds;
+}
+
+std::vector<int> DescendentsByScan(const Page* pPage, int pAncestorId) {
+    std::vector<int> lIds;
+    for (int lId = DescendentByScan(pPage, pAncestorId, pAncestorId); lId != -1;
+         lId = DescendentByScan(pPage, pAncestorId, lId))
+        lIds.push_back(lId);
+    return lIds;
+}
+
+// --- random families -----------------------------------------------------------------------------------------------
+
+const char* const kNames[] = {"a",
+                              "A",
+                              "b",
+                              "name",
+                              "Name",
+                              "NAME",
+                              "",
+                              "[name",
+                              "{name",
+                              "@name",
+                              "`name",
+                              "a long name of a property",
+                              "\xC3\xA9",
+                              "\xC3\x89",
+                              "A long NAME of a property",
+                              "a long name of a propertx"};
+constexpr int kNameCount = static_cast<int>(sizeof(kNames) / sizeof(kNames[0]));
+
+// A family of pages that random work is done on.
+class RandomFamily {
+public:
+    RandomFamily(unsigned pSeed, bool pOddParents) : mRandom(pSeed), mOddParents(pOddParents) {
+        mTypes[0] = Page::Create("type", eINTEGER1);
+        mTypes[1] = Page::Create("type", eINTEGER1);
+        mPages.push_back(Page::Create("root", eINTEGER1));
+    }
+    ~RandomFamily() {
+        for (std::size_t i = mPages.size(); i-- > 0;)
+            mPages[i]->Destroy();
+        for (Page* lType : mTypes)
+            lType->Destroy();
+    }
+    RandomFamily(const RandomFamily&) = delete;
+    RandomFamily& operator=(const RandomFamily&) = delete;
+
+    int Below(int pBound) { return static_cast<int>(mRandom() % static_cast<unsigned>(pBound)); }
+    // Mostly ids that are there, some that never were, some that no property can have.
+    int AnyId() { return Below(20) == 0 ? Below(12) - 6 : Below(mNextId + 2); }
+    Page* AnyPage() { return mPages[static_cast<std::size_t>(Below(static_cast<int>(mPages.size())))]; }
+    const char* AnyName() { return kNames[Below(kNameCount)]; }
+    const Page* AnyType() { return Below(4) == 0 ? mTypes[Below(2)] : nullptr; }
+
+    void Work() {
+        Page* lPage = AnyPage();
+        const int lId = AnyId();
+        const int lNumber = Below(3);
+        switch (Below(16)) {
+            case 0:
+            case 1:
+            case 2:
+            case 3:
+            case 4:
+                Added(lPage->Add(AnyParent(), AnyName(), eINTEGER1));
+                break;
+            case 5:
+                Added(lPage->Add(AnyParent(), AnyName(), mTypes[Below(2)]));
+                break;
+            case 6:
+            case 7:
+                lPage->Set(lId, &lNumber, eINTEGER1, Below(2) == 0);
+                break;
+            case 8:
+                lPage->ChangePropertyItemState<KLyrPropertyInfo>(nullptr, lId,
+                                                                 Below(2) == 0 ? eLyrOverride : eLyrInherit);
+                break;
+            case 9:
+                Rename(lPage, lId);
+                break;
+            case 10:
+                if (lId != 0)
+                    lPage->RemoveOwnEntry(lId);
+                break;
+            case 11:
+                if (Below(3) == 0)
+                    lPage->PushPropertiesToParentInstance();
+                break;
+            case 12:
+                if (mPages.size() < 6)
+                    AddInstance(lPage);
+                break;
+            case 13:
+                if (mPages.size() > 3 && Below(6) == 0)
+                    DestroyOne();
+                break;
+            default:
+                lPage->SetValueInherit(lId, Below(2) == 0 ? eLyrOverride : eLyrInherit);
+        }
+    }
+
+    void ExpectSameAnswers() {
+        const Page* lPage = AnyPage();
+        const int lId = AnyId();
+        const int lOther = AnyId();
+        const char* lName = AnyName();
+        const Page* lType = AnyType();
+        ASSERT_EQ(ChildByScan(lPage, lId), lPage->GetChild(lId)) << lId;
+        ASSERT_EQ(SiblingByScan(lPage, lId), lPage->GetSibling(lId)) << lId;
+        ASSERT_EQ(DescendentByScan(lPage, lId, lId), lPage->GetFirstDescendent(lId)) << lId;
+        ASSERT_EQ(DescendentByScan(lPage, lId, lOther), lPage->GetNextDescendent(lId, lOther)) << lId << " " << lOther;
+        for (const bool lCase : {true, false})
+            ASSERT_EQ(FindByScan(lPage, lId, lName, lType, lCase),
+                      lPage->FastFind(lId, lName, const_cast<Page*>(lType), lCase))
+                << lId << " " << lName << " " << lCase;
+    }
+
+    void ExpectSameWalk() {
+        const Page* lPage = AnyPage();
+        const int lId = AnyId();
+        ASSERT_EQ(DescendentsByScan(lPage, lId), Descendents(lPage, lId)) << lId;
+    }
+
+    // A walk that goes on while the family changes under it.
+    void ExpectSameStep() {
+        if (mWalkAt == -1) {
+            mWalkPage = AnyPage();
+            mWalkAncestor = mWalkAt = 1 + Below(8);
+        }
+        const int lNext = DescendentByScan(mWalkPage, mWalkAncestor, mWalkAt);
+        ASSERT_EQ(lNext, mWalkPage->GetNextDescendent(mWalkAncestor, mWalkAt)) << mWalkAncestor << " " << mWalkAt;
+        mWalkAt = lNext;
+    }
+
+private:
+    int AnyParent() {
+        if (mOddParents && Below(10) == 0)
+            return Below(mNextId + 20) - 4;
+        // Wide, deep, and far apart.
+        const int lShape = Below(4);
+        return lShape == 0 ? Below(3) * Below(4) : lShape == 1 ? mNextId - 1 : Below(mNextId);
+    }
+
+    void Added(int pId) { mNextId = pId == -1 ? mNextId : pId + 1; }
+
+    void AddInstance(Page* pPage) {
+        if (Page* lInstance = Page::Create(pPage))
+            mPages.push_back(lInstance);
+    }
+
+    // By hand, as only the owner of a page can.
+    void Rename(Page* pPage, int pId) {
+        KLyrPropertyEntry* lEntry = pPage->ChangePropertyEntryState(pId, eLyrOverride);
+        if (lEntry && pId != 0)
+            lEntry->Set(Below(6) == 0 ? nullptr : KLyrPropertyInfo::Create(AnyName(), eINTEGER1));
+    }
+
+    // Some come to stand on their own.
+    void DestroyOne() {
+        const std::size_t lIndex = static_cast<std::size_t>(Below(static_cast<int>(mPages.size())));
+        mWalkAt = mPages[lIndex] == mWalkPage ? -1 : mWalkAt;
+        mPages[lIndex]->Destroy();
+        mPages.erase(mPages.begin() + static_cast<std::ptrdiff_t>(lIndex));
+    }
+
+    std::mt19937 mRandom;
+    bool mOddParents;
+    Page* mTypes[2];
+    std::vector<Page*> mPages;
+    int mNextId = 1;
+    Page* mWalkPage = nullptr;
+    int mWalkAncestor = -1;
+    int mWalkAt = -1;
+};
+
+class PropertyIndex : public HandleTest {};
+
+TEST_F(PropertyIndex, AnswersAsAScanOfAllIdsDoes) {
+    for (unsigned lSeed = 1; lSeed <= 12; ++lSeed) {
+        RandomFamily lFamily(lSeed, lSeed % 3 == 0);
+        for (int i = 0; i < 1500 && !HasFatalFailure(); ++i) {
+            lFamily.Work();
+            if (i % 4 == 0)
+                lFamily.ExpectSameAnswers();
+            if (i % 100 == 0)
+                lFamily.ExpectSameWalk();
+            lFamily.ExpectSameStep();
+        }
+        ASSERT_FALSE(HasFatalFailure()) << "seed " << lSeed;
+    }
+}
+
+// An index that finds no memory is given up; the answers stay.
+TEST_F(PropertyIndex, AnswersAsAScanOfAllIdsDoesWhileMemoryComesAndGoes) {
+    for (unsigned lSeed = 21; lSeed <= 26; ++lSeed) {
+        ReportRecorder lReports;
+        RandomFamily lFamily(lSeed, false);
+        for (int i = 0; i < 1500 && !HasFatalFailure(); ++i) {
+            {
+                const FailAllocations lFail(static_cast<std::size_t>(lFamily.Below(8)), lFamily.Below(4) == 0);
+                lFamily.Work();
+            }
+            lFamily.ExpectSameAnswers();
+            if (i % 50 == 0)
+                lFamily.ExpectSameWalk();
+        }
+        ASSERT_FALSE(HasFatalFailure()) << "seed " << lSeed;
+        for (const std::string& lMessage : lReports.Take())
+            EXPECT_EQ("lParentEntry", lMessage);
+    }
+}
+
+// Two properties below the root, and a hundred below each in turn, so that a walk below one has gaps everywhere.
+class InterleavedWalk : public HandleTest {
+protected:
+    InterleavedWalk()
+        : mRoot(KLyrPropertyHandle::Create("root", eUNIDENTIFIED)),
+          mOdd(AddChild(*mRoot, "odd", eINTEGER1)),
+          mEven(AddChild(*mRoot, "even", eINTEGER1)) {}
+
+    // The chain hangs below mOdd, one deeper than the other.
+    void Add(bool pDeep) {
+        KLyrPropertyHandle lParent = mOdd;
+        for (int i = 0; i < 100; ++i) {
+            const KLyrPropertyHandle lChild = AddChild(lParent, "child", eINTEGER1);
+            mIds.push_back(lChild.GetId());
+            AddChild(mEven, "child", eINTEGER1);
+            lParent = pDeep ? lChild : mOdd;
+        }
+    }
+    int Step(int pId) const { return mRoot->GetPage()->GetNextDescendent(mOdd.GetId(), pId); }
+
+    OwnedRoot mRoot;
+    KLyrPropertyHandle mOdd;
+    KLyrPropertyHandle mEven;
+    std::vector<int> mIds;
+};
+
+TEST_F(InterleavedWalk, DoesNotComeToAPropertyThatWentMeanwhile) {
+    Add(false);
+    EXPECT_EQ(mIds[0], Step(mOdd.GetId()));
+    mRoot->GetPage()->RemoveOwnEntry(mIds[1]);
+    mRoot->GetPage()->RemoveOwnEntry(mIds[3]);
+    EXPECT_EQ(mIds[2], Step(mIds[0]));
+    EXPECT_EQ(mIds[4], Step(mIds[2]));
+    EXPECT_EQ(mIds[4], Step(mIds[3]));
+}
+
+TEST_F(InterleavedWalk, GoesOnFarBelowItsAncestorWhenAPropertyWent) {
+    Add(true);
+    EXPECT_EQ(mIds[60], Step(mIds[59]));
+    const KLyrPropertyHandle lLeaf = AddChild(KLyrPropertyHandle(mRoot->GetPage(), mIds[0]), "leaf", eINTEGER1);
+    mRoot->GetPage()->RemoveOwnEntry(lLeaf.GetId());
+    EXPECT_EQ(mIds[61], Step(mIds[60]));
+    EXPECT_EQ(mIds[62], Step(mIds[61]));
+    mRoot->GetPage()->RemoveOwnEntry(mIds[80]);
+    EXPECT_EQ(mIds[63], Step(mIds[62]));
+    EXPECT_EQ(mIds[79], Step(mIds[78]));
+    EXPECT_EQ(-1, Step(mIds[79]));
+}
+
+TEST_F(InterleavedWalk, ComesToAPropertyThatWasPushedMeanwhile) {
+    Add(false);
+    OwnedRoot lInstance(KLyrPropertyHandle::Create(*mRoot));
+    const KLyrPropertyHandle lPushed = AddChild(On(*lInstance, mOdd), "pushed", eINTEGER1);
+    AddChild(mEven, "child", eINTEGER1);
+    const KLyrPropertyHandle lLast = AddChild(mOdd, "last", eINTEGER1);
+    EXPECT_EQ(lLast.GetId(), Step(mIds[99]));
+    EXPECT_EQ(mIds[1], Step(mIds[0]));
+    lInstance->PushPropertiesToParentInstance();
+    EXPECT_EQ(mIds[2], Step(mIds[1]));
+    EXPECT_EQ(lPushed.GetId(), Step(mIds[99]));
+    EXPECT_EQ(lLast.GetId(), Step(lPushed.GetId()));
+}
+
+TEST_F(InterleavedWalk, ComesToPropertiesThatWereAddedMeanwhile) {
+    Add(false);
+    EXPECT_EQ(mIds[1], Step(mIds[0]));
+    for (int i = 0; i < 500; ++i) {
+        const int lBefore = mIds.back();
+        AddChild(mEven, "child", eINTEGER1);
+        mIds.push_back(AddChild(mOdd, "late", eINTEGER1).GetId());
+        ASSERT_EQ(mIds.back(), Step(lBefore));
+        ASSERT_EQ(-1, Step(mIds.back()));
+    }
+    EXPECT_EQ(mIds, Descendents(mRoot->GetPage(), mOdd.GetId()));
+}
+
+// A new page may lie where the last walk's page did.
+TEST_F(PropertyIndex, WalksOnlyThePageThatIsAsked) {
+    OwnedRoot lRoot(KLyrPropertyHandle::Create("root", eUNIDENTIFIED));
+    const KLyrPropertyHandle lFirst = AddChild(*lRoot, "first", eINTEGER1);
+    for (int i = 0; i < 100; ++i)
+        AddChild(*lRoot, "other", eINTEGER1);
+    const KLyrPropertyHandle lLate = AddChild(lFirst, "late", eINTEGER1);
+    for (int i = 0; i < 10; ++i) {
+        KLyrPropertyHandle lInstance = KLyrPropertyHandle::Create(*lRoot);
+        std::vector<int> lExpected = {lLate.GetId()};
+        ASSERT_EQ(lExpected, Descendents(lInstance.GetPage(), lFirst.GetId()));
+        for (int j = 0; j < 3; ++j)
+            lExpected.push_back(AddChild(On(lInstance, lFirst), "own", eINTEGER1).GetId());
+        AddChild(lInstance, "none of them", eINTEGER1);
+        lExpected.push_back(AddChild(On(lInstance, lLate), "own", eINTEGER1).GetId());
+        ASSERT_EQ(lExpected, Descendents(lInstance.GetPage(), lFirst.GetId()));
+        lInstance.Destroy();
+    }
+}
+
+// Entries that come and go make the index move its records.
+TEST_F(PropertyIndex, KnowsItsEntriesAfterTheyMoved) {
+    OwnedRoot lRoot(KLyrPropertyHandle::Create("root", eUNIDENTIFIED));
+    for (int i = 0; i < 40; ++i)
+        AddChild(*lRoot, kNames[i % kNameCount], eINTEGER1);
+    const Page* lPage = lRoot->GetPage();
+    for (int i = 0; i < 2000; ++i) {
+        const int lFirst = lPage->GetChild(0);
+        lRoot->GetPage()->RemoveOwnEntry(i % 3 == 0 ? lFirst : lPage->GetSibling(lFirst));
+        AddChild(*lRoot, kNames[i % kNameCount], eINTEGER1);
+        const char* lName = kNames[i % 7];
+        ASSERT_EQ(FindByScan(lPage, 0, lName, nullptr, true), lPage->FastFind(0, lName, nullptr, true));
+        ASSERT_EQ(FindByScan(lPage, 0, lName, nullptr, false), lPage->FastFind(0, lName, nullptr, false));
+        ASSERT_EQ(SiblingByScan(lPage, lFirst + 5), lPage->GetSibling(lFirst + 5));
+    }
+}
+
+// So many different names that some of them want the same place in the table, and go again in another order.
+TEST_F(PropertyIndex, FindsEveryOneOfManyNamesWhileTheyGo) {
+    OwnedRoot lRoot(KLyrPropertyHandle::Create("root", eUNIDENTIFIED));
+    std::vector<KLyrPropertyHandle> lChildren;
+    for (int i = 0; i < 3000; ++i)
+        lChildren.push_back(AddChild(*lRoot, ("Name" + std::to_string(i)).c_str(), eINTEGER1));
+    std::mt19937 lRandom(7);
+    while (lChildren.size() > 20) {
+        const std::size_t lGoes = lRandom() % lChildren.size();
+        const std::string lName = lChildren[lGoes].GetName();
+        lChildren[lGoes].Destroy();
+        lChildren[lGoes] = lChildren.back();
+        lChildren.pop_back();
+        ASSERT_FALSE(lRoot->Find(lName.c_str(), true).Valid());
+        if (lChildren.size() % 50 != 0)
+            continue;
+        for (const KLyrPropertyHandle& lChild : lChildren) {
+            ASSERT_EQ(lChild, lRoot->Find(lChild.GetName(), true));
+            std::string lSmall = lChild.GetName();
+            lSmall[0] = 'n';
+            ASSERT_EQ(lChild, lRoot->Find(lSmall.c_str(), false));
+        }
+    }
+}
+
+}  // namespace
+}  // namespace lyrsdk
