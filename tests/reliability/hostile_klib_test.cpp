@@ -165,6 +165,9 @@ TEST(HostileKlib, Allocators) {
              EXPECT_EQ(p.mHungry.GetRecordSize(), 0u);
              EXPECT_NE(p.mHungryOfNothing.AllocateRecords(1), nullptr);
          }},
+        {"KHungryAllocator::GetLentPointer", kNothing,
+         [](Allocators& p) { EXPECT_EQ(p.mHungry.GetLentPointer(), nullptr); }},
+        {"KHungryAllocator::SetLentPointer", kNothing, [](Allocators& p) { p.mHungryOfNothing.SetLentPointer(&p); }},
         {"KHungryAllocator::MemoryBlock::MemoryBlock", kNothing,
          [](Allocators&) {
              const KHungryAllocator::MemoryBlock lBlock(SIZE_MAX);

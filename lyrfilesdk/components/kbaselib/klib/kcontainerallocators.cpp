@@ -29,14 +29,6 @@ KHungryAllocator::MemoryBlock::MemoryBlock(std::size_t pByteCount)
     }
 }
 
-void* KHungryAllocator::MemoryBlock::GetChunk(std::size_t pByteCount) {
-    if (!HasRoom(pByteCount))
-        return nullptr;
-    void* lChunk = mFreeData;
-    mFreeData += pByteCount;
-    return lChunk;
-}
-
 KHungryAllocator::~KHungryAllocator() {
     while (mData) {
         MemoryBlock* lNext = mData->mNextBlock;
@@ -56,8 +48,10 @@ bool KHungryAllocator::Reserve(std::size_t pRecordCount) {
         LyrSdkDelete(lBlock);
         return false;
     }
+    void* lLent = GetLentPointer();
     lBlock->mNextBlock = mData;
     mData = lBlock;
+    SetLentPointer(lLent);
     mRecordPoolSize += pRecordCount;
     return true;
 }
@@ -75,19 +69,21 @@ void KHungryAllocator::Swap(KHungryAllocator& pOther) {
     std::swap(mRecordPoolSize, pOther.mRecordPoolSize);
 }
 
-void* KHungryAllocator::AllocateRecords(std::size_t pRecordCount) {
+void* KHungryAllocator::AllocateFromAnyBlock(std::size_t pRecordCount) {
     // Blocks of records without size never have room, however many there are.
     std::size_t lBytes = 0;
     if (mRecordSize == 0 || !BytesOf(mRecordSize, pRecordCount, lBytes))
         return nullptr;
+    for (MemoryBlock* lBlock = mData; lBlock; lBlock = lBlock->mNextBlock)
+        if (void* lChunk = lBlock->GetChunk(lBytes))
+            return lChunk;
     for (;;) {
-        for (MemoryBlock* lBlock = mData; lBlock; lBlock = lBlock->mNextBlock)
-            if (void* lChunk = lBlock->GetChunk(lBytes))
-                return lChunk;
         // A block that is just large enough refuses the request; the pool's growth ends that.
         const std::size_t lGrowth = mRecordPoolSize < 8 ? 2 : mRecordPoolSize / 8;
         if (!Reserve(lGrowth >= pRecordCount ? lGrowth : pRecordCount))
             return nullptr;
+        if (void* lChunk = mData->GetChunk(lBytes))
+            return lChunk;
     }
 }
 

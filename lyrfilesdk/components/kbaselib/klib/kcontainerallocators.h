@@ -11,6 +11,7 @@
 // bytes that does not fit a size_t counts as no memory.
 
 #include <cstddef>
+#include <cstring>
 
 #include "lyrfilesdk/components/kbaselib/klib/kapi.h"
 #include "lyrfilesdk/components/kbaselib/klib/kmemory.h"
@@ -19,6 +20,10 @@ namespace lyrsdk {
 
 class LYRSDK_API KBaseAllocator {
 public:
+    // Whether FreeMemory does anything, and whether the allocator lends its owner room for a pointer.
+    static constexpr bool kFreesRecords = true;
+    static constexpr bool kLendsPointer = false;
+
     explicit KBaseAllocator(std::size_t pRecordSize) : mRecordSize(pRecordSize) {}
     KBaseAllocator(const KBaseAllocator&) = delete;
     KBaseAllocator& operator=(const KBaseAllocator&) = delete;
@@ -53,7 +58,13 @@ public:
         MemoryBlock& operator=(const MemoryBlock&) = delete;
 
         // The next pByteCount free bytes, or null when they would reach mEnd.
-        void* GetChunk(std::size_t pByteCount);
+        void* GetChunk(std::size_t pByteCount) {
+            if (!HasRoom(pByteCount))
+                return nullptr;
+            void* lChunk = mFreeData;
+            mFreeData += pByteCount;
+            return lChunk;
+        }
         bool HasRoom(std::size_t pByteCount) const { return pByteCount < static_cast<std::size_t>(mEnd - mFreeData); }
 
         // The block reserved before this one, or null.
@@ -62,6 +73,9 @@ public:
         char* mFreeData = nullptr;
         char* mEnd = nullptr;
     };
+
+    static constexpr bool kFreesRecords = false;
+    static constexpr bool kLendsPointer = true;
 
     explicit KHungryAllocator(std::size_t pRecordSize) : mRecordSize(pRecordSize) {}
     // Frees every block and with it every record.
@@ -74,7 +88,10 @@ public:
     bool Reserve(std::size_t pRecordCount);
     // Bytes for pRecordCount records side by side, or null. They live as long as the allocator. When no block has room,
     // reserves an eighth of the pool, at least two and at least pRecordCount records, until one has.
-    void* AllocateRecords(std::size_t pRecordCount);
+    void* AllocateRecords(std::size_t pRecordCount) {
+        void* lRecord = pRecordCount == 1 && mData && mRecordSize != 0 ? mData->GetChunk(mRecordSize) : nullptr;
+        return lRecord ? lRecord : AllocateFromAnyBlock(pRecordCount);
+    }
     // Does nothing: bytes are not used twice.
     void FreeMemory(void*) {}
     // Bytes per record.
@@ -88,7 +105,22 @@ public:
     // The newest block, or null when there is none.
     const MemoryBlock* GetNewestBlock() const { return mData; }
 
+    // One pointer that the allocator's owner may keep in it, null at first. It stands in the bytes of the newest block
+    // that are never handed out; where there are too few, nothing is kept and null comes back.
+    void* GetLentPointer() const {
+        void* lPointer = nullptr;
+        if (mData && mData->HasRoom(sizeof(lPointer) - 1))
+            std::memcpy(&lPointer, mData->mEnd - sizeof(lPointer), sizeof(lPointer));
+        return lPointer;
+    }
+    void SetLentPointer(void* pPointer) {
+        if (mData && mData->HasRoom(sizeof(pPointer) - 1))
+            std::memcpy(mData->mEnd - sizeof(pPointer), &pPointer, sizeof(pPointer));
+    }
+
 private:
+    void* AllocateFromAnyBlock(std::size_t pRecordCount);
+
     std::size_t mRecordSize;
     MemoryBlock* mData = nullptr;
     std::size_t mRecordPoolSize = 0;

@@ -16,7 +16,11 @@
 // keeps its address until it is removed or the tree compacted; values that are pointers are not owned.
 //
 // The compare functor is stateless, takes two keys and returns an int whose sign tells their order; the record's key is
-// always its first argument.
+// always its first argument. A functor with a true kIsOperatorLess promises that it orders plain numbers by operator<;
+// the tree may then leave comparisons out.
+//
+// A tree of plain numbers on an allocator that lends its owner room for a pointer keeps the record with the largest key
+// there. Inserting a key behind all others then takes constant time on average.
 //
 // Broken links are reported and the operation goes on. The line numbers of the reports are fixed names of the check
 // sites, not places in this file.
@@ -33,6 +37,15 @@
 namespace lyrsdk {
 
 inline constexpr char sgMapPath[] = "lyrfilesdk/components/kbaselib/klib/kmap";
+
+namespace detail {
+
+template <typename Compare, typename = void>
+inline constexpr bool kComparesPlainly = false;
+template <typename Compare>
+inline constexpr bool kComparesPlainly<Compare, std::enable_if_t<Compare::kIsOperatorLess>> = true;
+
+}  // namespace detail
 
 // Data has GetKey() and GetValue(), and a constructor from a key and a value. Allocator is one of
 // kcontainerallocators.h.
@@ -53,12 +66,32 @@ public:
 
         // The records with the smallest and the largest key of the subtree below and with this one.
         RecordType* Minimum() { return const_cast<RecordType*>(std::as_const(*this).Minimum()); }
-        const RecordType* Minimum() const;
+        const RecordType* Minimum() const {
+            const RecordType* lRecord = this;
+            while (lRecord->mLeftChild)
+                lRecord = lRecord->mLeftChild;
+            return lRecord;
+        }
         RecordType* Maximum() { return const_cast<RecordType*>(std::as_const(*this).Maximum()); }
-        const RecordType* Maximum() const;
+        const RecordType* Maximum() const {
+            const RecordType* lRecord = this;
+            while (lRecord->mRightChild)
+                lRecord = lRecord->mRightChild;
+            return lRecord;
+        }
         // The record with the next larger key, or null. Constant on average over a whole walk.
         RecordType* Successor() { return const_cast<RecordType*>(std::as_const(*this).Successor()); }
-        const RecordType* Successor() const;
+        const RecordType* Successor() const {
+            if (mRightChild)
+                return std::as_const(*mRightChild).Minimum();
+            const RecordType* lRecord = this;
+            const RecordType* lParent = mParent;
+            while (lParent && lParent->mRightChild == lRecord) {
+                lRecord = lParent;
+                lParent = lParent->mParent;
+            }
+            return lParent;
+        }
 
         Data mData;
         RecordType* mParent = nullptr;
@@ -78,7 +111,21 @@ public:
     // Of a KHungryAllocator only; see the map.
     std::size_t GetReservedCount() const { return mAllocator.GetRecordPoolSize(); }
     bool HasRoom() const { return mAllocator.HasRoom(); }
-    bool Compact(unsigned int pMore);
+    bool Compact(unsigned int pMore) {
+        static_assert(std::is_trivially_copyable_v<KeyType>, "the old records are dropped as they are");
+        const std::size_t lLive = static_cast<std::size_t>(mSize);
+        Allocator lAllocator(sizeof(RecordType));
+        // A block serves one record less than it holds.
+        if (pMore >= static_cast<std::size_t>(-1) - lLive || !lAllocator.Reserve(lLive + pMore + 1))
+            return false;
+        for (RecordType* lRecord = Minimum(); lRecord;) {
+            RecordType* lNext = lRecord->Successor();
+            ReplaceNode(lRecord, ::new (lAllocator.AllocateRecords(1)) RecordType(*lRecord));
+            lRecord = lNext;
+        }
+        mAllocator.Swap(lAllocator);
+        return true;
+    }
     int GetSize() const { return mSize; }
 
     // The record with the key, and true when this call made it. A record that was there keeps its value. Without memory
@@ -86,9 +133,27 @@ public:
     KPair<RecordType*, bool> Insert(const KeyType& pKey, const ValueType& pValue);
     KPair<RecordType*, bool> Insert(const Data& pData) { return Insert(pData.GetKey(), pData.GetValue()); }
     // False when no record has the key.
-    bool Remove(const KeyType& pKey);
+    bool Remove(const KeyType& pKey) {
+        RecordType* lRecord = Descend(pKey).mRecord;
+        if (!lRecord)
+            return false;
+        if (lRecord == Last())
+            RememberLast(nullptr);
+        RemoveNode(lRecord);
+        --mSize;
+        DeleteRecord(lRecord);
+        return true;
+    }
     // Removes every record.
-    void Clear();
+    void Clear() {
+        // Records that nothing is done to are not visited.
+        if constexpr (!std::is_trivially_destructible_v<RecordType> || Allocator::kFreesRecords)
+            if (mRoot)
+                ClearSubtree(mRoot);
+        RememberLast(nullptr);
+        mRoot = nullptr;
+        mSize = 0;
+    }
 
     // The record with the key, or null.
     RecordType* Find(const KeyType& pKey) { return const_cast<RecordType*>(std::as_const(*this).Find(pKey)); }
@@ -97,7 +162,19 @@ public:
     RecordType* UpperBound(const KeyType& pKey) {
         return const_cast<RecordType*>(std::as_const(*this).UpperBound(pKey));
     }
-    const RecordType* UpperBound(const KeyType& pKey) const;
+    const RecordType* UpperBound(const KeyType& pKey) const {
+        const RecordType* lBound = nullptr;
+        const RecordType* lRecord = mRoot;
+        while (lRecord) {
+            if (Compare()(lRecord->GetKey(), pKey) <= 0) {
+                lRecord = lRecord->mRightChild;
+            } else {
+                lBound = lRecord;
+                lRecord = lRecord->mLeftChild;
+            }
+        }
+        return lBound;
+    }
     // The records with the smallest and the largest key; null when the tree is empty.
     RecordType* Minimum() { return mRoot ? mRoot->Minimum() : nullptr; }
     const RecordType* Minimum() const { return mRoot ? std::as_const(*mRoot).Minimum() : nullptr; }
@@ -105,16 +182,62 @@ public:
     const RecordType* Maximum() const { return mRoot ? std::as_const(*mRoot).Maximum() : nullptr; }
 
 private:
-    // Where the way down to a key ended: its record or null, and the record above that place.
+    // Where the way down to a key ended: its record or null, and the record above that place. mIsLast tells that every
+    // step went to the right; it is not set when there is nowhere to remember the last record.
     struct Place {
         RecordType* mRecord;
         RecordType* mParent;
+        bool mIsLast;
     };
 
-    Place Descend(const KeyType& pKey) const;
+    static constexpr bool kRemembersLast = detail::kComparesPlainly<Compare> && Allocator::kLendsPointer;
+
+    Place Descend(const KeyType& pKey) const {
+        Place lPlace{mRoot, nullptr, kRemembersLast};
+        while (lPlace.mRecord) {
+            const int lOrder = Compare()(std::as_const(*lPlace.mRecord).GetKey(), pKey);
+            if (lOrder == 0)
+                break;
+            lPlace.mParent = lPlace.mRecord;
+            if (lOrder < 0) {
+                lPlace.mRecord = lPlace.mRecord->mRightChild;
+            } else {
+                lPlace.mRecord = lPlace.mRecord->mLeftChild;
+                lPlace.mIsLast = false;
+            }
+        }
+        return lPlace;
+    }
+    Place PlaceForInsertion(const KeyType& pKey) const {
+        RecordType* lLast = Last();
+        if (lLast && Compare()(std::as_const(*lLast).GetKey(), pKey) < 0)
+            return Place{nullptr, lLast, true};
+        return Descend(pKey);
+    }
+    // The record with the largest key, or null when it is not known.
+    RecordType* Last() const {
+        if constexpr (kRemembersLast)
+            return static_cast<RecordType*>(mAllocator.GetLentPointer());
+        else
+            return nullptr;
+    }
+    void RememberLast([[maybe_unused]] RecordType* pRecord) {
+        if constexpr (kRemembersLast)
+            mAllocator.SetLentPointer(pRecord);
+    }
     RecordType* NewRecord(const KeyType& pKey, const ValueType& pValue);
-    void DeleteRecord(RecordType* pRecord);
-    void ClearSubtree(RecordType* pRecord);
+    void DeleteRecord(RecordType* pRecord) {
+        pRecord->~RecordType();
+        mAllocator.FreeMemory(pRecord);
+    }
+    // Recursion is as deep as the tree is high, which is twice the logarithm of its size at most.
+    void ClearSubtree(RecordType* pRecord) {
+        if (pRecord->mLeftChild)
+            ClearSubtree(pRecord->mLeftChild);
+        if (pRecord->mRightChild)
+            ClearSubtree(pRecord->mRightChild);
+        DeleteRecord(pRecord);
+    }
 
     void FixNodesAfterInsertion(RecordType* pNode);
     void StraightenAndRotate(RecordType* pNode, RecordType* pParent, RecordType* pGrandparent);
@@ -123,78 +246,33 @@ private:
 
     void RemoveNode(RecordType* pNode);
     void RemoveLeaf(RecordType* pNode);
-    bool ReplaceInParent(RecordType* pNode, RecordType* pNewNode);
+    // Points the parent's link that leads to pNode at pNewNode. False when neither link leads there.
+    bool ReplaceInParent(RecordType* pNode, RecordType* pNewNode) {
+        RecordType* lParent = pNode->mParent;
+        if (lParent->mLeftChild == pNode)
+            lParent->mLeftChild = pNewNode;
+        else if (lParent->mRightChild == pNode)
+            lParent->mRightChild = pNewNode;
+        else
+            return false;
+        return true;
+    }
     void ReplaceNode(RecordType* pNodeToReplace, RecordType* pNewNode);
     void FixNodesAfterRemoval(RecordType* pParent, RecordType* pNode);
     void BorrowFromSibling(RecordType* pParent, RecordType* pNode, RecordType* pSibling);
 
-    static RecordType* Sibling(RecordType* pParent, RecordType* pNode);
+    // The parent's other child. A null pNode stands for an empty left link before an empty right one.
+    static RecordType* Sibling(RecordType* pParent, RecordType* pNode) {
+        if (pParent->mLeftChild == pNode)
+            return pParent->mRightChild;
+        return pParent->mRightChild == pNode ? pParent->mLeftChild : nullptr;
+    }
     static bool IsBlack(const RecordType* pRecord) { return !pRecord || pRecord->mColor == eBlack; }
 
     RecordType* mRoot = nullptr;
     int mSize = 0;
     Allocator mAllocator;
 };
-
-// ---------------------------------------------------------------------------------------------------------------------
-// Walking
-
-template <typename Data, typename Compare, typename Allocator>
-auto KRedBlackTree<Data, Compare, Allocator>::RecordType::Minimum() const -> const RecordType* {
-    const RecordType* lRecord = this;
-    while (lRecord->mLeftChild)
-        lRecord = lRecord->mLeftChild;
-    return lRecord;
-}
-
-template <typename Data, typename Compare, typename Allocator>
-auto KRedBlackTree<Data, Compare, Allocator>::RecordType::Maximum() const -> const RecordType* {
-    const RecordType* lRecord = this;
-    while (lRecord->mRightChild)
-        lRecord = lRecord->mRightChild;
-    return lRecord;
-}
-
-template <typename Data, typename Compare, typename Allocator>
-auto KRedBlackTree<Data, Compare, Allocator>::RecordType::Successor() const -> const RecordType* {
-    if (mRightChild)
-        return std::as_const(*mRightChild).Minimum();
-    const RecordType* lRecord = this;
-    const RecordType* lParent = mParent;
-    while (lParent && lParent->mRightChild == lRecord) {
-        lRecord = lParent;
-        lParent = lParent->mParent;
-    }
-    return lParent;
-}
-
-template <typename Data, typename Compare, typename Allocator>
-auto KRedBlackTree<Data, Compare, Allocator>::Descend(const KeyType& pKey) const -> Place {
-    Place lPlace{mRoot, nullptr};
-    while (lPlace.mRecord) {
-        const int lOrder = Compare()(std::as_const(*lPlace.mRecord).GetKey(), pKey);
-        if (lOrder == 0)
-            break;
-        lPlace.mParent = lPlace.mRecord;
-        lPlace.mRecord = lOrder < 0 ? lPlace.mRecord->mRightChild : lPlace.mRecord->mLeftChild;
-    }
-    return lPlace;
-}
-
-template <typename Data, typename Compare, typename Allocator>
-auto KRedBlackTree<Data, Compare, Allocator>::UpperBound(const KeyType& pKey) const -> const RecordType* {
-    const RecordType* lBound = nullptr;
-    const RecordType* lRecord = mRoot;
-    while (lRecord) {
-        if (Compare()(lRecord->GetKey(), pKey) <= 0) {
-            lRecord = lRecord->mRightChild;
-        } else {
-            lBound = lRecord;
-            lRecord = lRecord->mLeftChild;
-        }
-    }
-    return lBound;
-}
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Records
@@ -216,47 +294,6 @@ auto KRedBlackTree<Data, Compare, Allocator>::NewRecord(const KeyType& pKey, con
     return lRecord;
 }
 
-template <typename Data, typename Compare, typename Allocator>
-void KRedBlackTree<Data, Compare, Allocator>::DeleteRecord(RecordType* pRecord) {
-    pRecord->~RecordType();
-    mAllocator.FreeMemory(pRecord);
-}
-
-template <typename Data, typename Compare, typename Allocator>
-void KRedBlackTree<Data, Compare, Allocator>::Clear() {
-    if (mRoot)
-        ClearSubtree(mRoot);
-    mRoot = nullptr;
-    mSize = 0;
-}
-
-template <typename Data, typename Compare, typename Allocator>
-bool KRedBlackTree<Data, Compare, Allocator>::Compact(unsigned int pMore) {
-    static_assert(std::is_trivially_copyable_v<KeyType>, "the old records are dropped as they are");
-    const std::size_t lLive = static_cast<std::size_t>(mSize);
-    Allocator lAllocator(sizeof(RecordType));
-    // A block serves one record less than it holds.
-    if (pMore >= static_cast<std::size_t>(-1) - lLive || !lAllocator.Reserve(lLive + pMore + 1))
-        return false;
-    for (RecordType* lRecord = Minimum(); lRecord;) {
-        RecordType* lNext = lRecord->Successor();
-        ReplaceNode(lRecord, ::new (lAllocator.AllocateRecords(1)) RecordType(*lRecord));
-        lRecord = lNext;
-    }
-    mAllocator.Swap(lAllocator);
-    return true;
-}
-
-// Recursion is as deep as the tree is high, which is twice the logarithm of its size at most.
-template <typename Data, typename Compare, typename Allocator>
-void KRedBlackTree<Data, Compare, Allocator>::ClearSubtree(RecordType* pRecord) {
-    if (pRecord->mLeftChild)
-        ClearSubtree(pRecord->mLeftChild);
-    if (pRecord->mRightChild)
-        ClearSubtree(pRecord->mRightChild);
-    DeleteRecord(pRecord);
-}
-
 // ---------------------------------------------------------------------------------------------------------------------
 // Insertion
 
@@ -264,7 +301,7 @@ template <typename Data, typename Compare, typename Allocator>
 auto KRedBlackTree<Data, Compare, Allocator>::Insert(const KeyType& pKey, const ValueType& pValue)
     -> KPair<RecordType*, bool> {
     using Result = KPair<RecordType*, bool>;
-    const Place lPlace = Descend(pKey);
+    const Place lPlace = PlaceForInsertion(pKey);
     if (lPlace.mRecord)
         return Result(lPlace.mRecord, false);
     RecordType* lNode = mSize < INT_MAX ? NewRecord(pKey, pValue) : nullptr;
@@ -282,6 +319,8 @@ auto KRedBlackTree<Data, Compare, Allocator>::Insert(const KeyType& pKey, const 
         lParent->mLeftChild = lNode;
     }
     lNode->mParent = lParent;
+    if (lPlace.mIsLast)
+        RememberLast(lNode);
     FixNodesAfterInsertion(lNode);
     return Result(lNode, true);
 }
@@ -419,17 +458,6 @@ void KRedBlackTree<Data, Compare, Allocator>::RightRotate(RecordType* pNode) {
 // ---------------------------------------------------------------------------------------------------------------------
 // Removal
 
-template <typename Data, typename Compare, typename Allocator>
-bool KRedBlackTree<Data, Compare, Allocator>::Remove(const KeyType& pKey) {
-    RecordType* lRecord = Descend(pKey).mRecord;
-    if (!lRecord)
-        return false;
-    RemoveNode(lRecord);
-    --mSize;
-    DeleteRecord(lRecord);
-    return true;
-}
-
 // Takes pNode out of the tree without freeing it.
 template <typename Data, typename Compare, typename Allocator>
 void KRedBlackTree<Data, Compare, Allocator>::RemoveNode(RecordType* pNode) {
@@ -481,19 +509,6 @@ void KRedBlackTree<Data, Compare, Allocator>::RemoveLeaf(RecordType* pNode) {
         FixNodesAfterRemoval(pNode->mParent, nullptr);
 }
 
-// Points the parent's link that leads to pNode at pNewNode. False when neither link leads there.
-template <typename Data, typename Compare, typename Allocator>
-bool KRedBlackTree<Data, Compare, Allocator>::ReplaceInParent(RecordType* pNode, RecordType* pNewNode) {
-    RecordType* lParent = pNode->mParent;
-    if (lParent->mLeftChild == pNode)
-        lParent->mLeftChild = pNewNode;
-    else if (lParent->mRightChild == pNode)
-        lParent->mRightChild = pNewNode;
-    else
-        return false;
-    return true;
-}
-
 // Puts pNewNode, which is in no tree, where pNodeToReplace is. Colours stay.
 template <typename Data, typename Compare, typename Allocator>
 void KRedBlackTree<Data, Compare, Allocator>::ReplaceNode(RecordType* pNodeToReplace, RecordType* pNewNode) {
@@ -510,14 +525,6 @@ void KRedBlackTree<Data, Compare, Allocator>::ReplaceNode(RecordType* pNodeToRep
     pNewNode->mRightChild = pNodeToReplace->mRightChild;
     if (pNewNode->mRightChild)
         pNewNode->mRightChild->mParent = pNewNode;
-}
-
-// The parent's other child. A null pNode stands for an empty left link before an empty right one.
-template <typename Data, typename Compare, typename Allocator>
-auto KRedBlackTree<Data, Compare, Allocator>::Sibling(RecordType* pParent, RecordType* pNode) -> RecordType* {
-    if (pParent->mLeftChild == pNode)
-        return pParent->mRightChild;
-    return pParent->mRightChild == pNode ? pParent->mLeftChild : nullptr;
 }
 
 // The ways down through pNode, a child of pParent or null for an empty link, are one black record short.

@@ -197,6 +197,49 @@ TEST(KHungryAllocator, ChangesBlocksWithAnother) {
     EXPECT_NE(lRight.AllocateRecords(1), lRecord);
 }
 
+TEST(KHungryAllocator, KeepsAPointerWhereNoRecordComes) {
+    LeakCheck lLeaks;
+    KHungryAllocator lAllocator(kRecordSize);
+    EXPECT_EQ(lAllocator.GetLentPointer(), nullptr);
+    lAllocator.SetLentPointer(&lAllocator);
+    EXPECT_EQ(lAllocator.GetLentPointer(), nullptr) << "there is no room before the first block";
+    for (int lRecord = 0; lRecord < 200; ++lRecord) {
+        void* lMemory = lAllocator.AllocateRecords(1);
+        EXPECT_EQ(lAllocator.GetLentPointer(), lRecord == 0 ? nullptr : &lAllocator) << lRecord;
+        std::memset(lMemory, 0x55, kRecordSize);
+        lAllocator.SetLentPointer(&lAllocator);
+        EXPECT_EQ(*static_cast<unsigned char*>(lMemory), 0x55);
+    }
+    lAllocator.SetLentPointer(nullptr);
+    EXPECT_EQ(lAllocator.GetLentPointer(), nullptr);
+}
+
+TEST(KHungryAllocator, TheLentPointerGoesWithTheBlocks) {
+    KHungryAllocator lLeft(kRecordSize);
+    KHungryAllocator lRight(kRecordSize);
+    ASSERT_TRUE(lLeft.Reserve(2) && lRight.Reserve(2));
+    lLeft.SetLentPointer(&lLeft);
+    lLeft.Swap(lRight);
+    EXPECT_EQ(lLeft.GetLentPointer(), nullptr);
+    EXPECT_EQ(lRight.GetLentPointer(), &lLeft);
+}
+
+// Records smaller than a pointer reach into the room, and a block without bytes has none.
+TEST(KHungryAllocator, LendsNoRoomThatARecordHas) {
+    LeakCheck lLeaks;
+    KHungryAllocator lAllocator(2);
+    ASSERT_TRUE(lAllocator.Reserve(16));
+    lAllocator.SetLentPointer(&lAllocator);
+    for (std::size_t lRecord = 0; lRecord < 15; ++lRecord) {
+        std::memset(lAllocator.AllocateRecords(1), 0x55, 2);
+        const bool lRoom = 32 - 2 * (lRecord + 1) >= sizeof(void*);
+        EXPECT_EQ(lAllocator.GetLentPointer(), lRoom ? &lAllocator : nullptr) << lRecord;
+    }
+    ASSERT_TRUE(lAllocator.Reserve(0));
+    lAllocator.SetLentPointer(&lAllocator);
+    EXPECT_EQ(lAllocator.GetLentPointer(), nullptr);
+}
+
 TEST(KHungryAllocator, GivesNothingBackBeforeItsEnd) {
     const std::size_t lBefore = MemoryProbe::LiveBlocks();
     {
