@@ -9,8 +9,9 @@
 namespace lyrsdk {
 namespace {
 
-// Trivial values are moved into a local first, because the destination may overlap them.
-template <typename T>
+// Trivial values are moved into a local first, because the destination may overlap them. A value that is its bytes goes
+// to its own code without another choice; the byte in a bool may be any and has to become one of two.
+template <typename T, ELyrType Type>
 bool CopyFrom(void* pDst, ELyrType pDstType, const void* pSrc) {
     if constexpr (std::is_same_v<T, bool>) {
         unsigned char lByte;
@@ -19,6 +20,10 @@ bool CopyFrom(void* pDst, ELyrType pDstType, const void* pSrc) {
     } else if constexpr (std::is_trivially_copyable_v<T>) {
         T lSrc;
         std::memcpy(static_cast<void*>(&lSrc), pSrc, sizeof(T));
+        if (pDstType == Type) {
+            std::memcpy(pDst, static_cast<const void*>(&lSrc), sizeof(T));
+            return true;
+        }
         return lyrCopy(pDst, pDstType, lSrc);
     } else {
         return lyrCopy(pDst, pDstType, *static_cast<const T*>(pSrc));
@@ -42,20 +47,6 @@ void Destruct(void* pMemory) {
 }  // namespace
 
 #define LYRSDK_NO_ROW(pNumber, pName, pType, pSize)
-
-std::size_t lyrStorageSize(ELyrType pType) {
-    switch (pType) {
-#define LYRSDK_ROW(pNumber, pName, pStored, pSize) \
-    case pName:                                    \
-        return sizeof(pStored);
-        LYRSDK_TYPE_LIST(LYRSDK_NO_ROW, LYRSDK_ROW, LYRSDK_ROW)
-#undef LYRSDK_ROW
-        case eUNIDENTIFIED:
-        case eMAX_TYPES:
-        default:
-            return 0;
-    }
-}
 
 bool lyrConstruct(ELyrType pType, void* pMemory) {
     if (!pMemory)
@@ -108,7 +99,7 @@ bool lyrCopy(void* pDst, ELyrType pDstType, const void* pSrc, ELyrType pSrcType)
     switch (pSrcType) {
 #define LYRSDK_ROW(pNumber, pName, pStored, pSize) \
     case pName:                                    \
-        return CopyFrom<pStored>(pDst, pDstType, pSrc);
+        return CopyFrom<pStored, pName>(pDst, pDstType, pSrc);
         LYRSDK_TYPE_LIST(LYRSDK_NO_ROW, LYRSDK_NO_ROW, LYRSDK_ROW)
 #undef LYRSDK_ROW
         case eREFERENCE:

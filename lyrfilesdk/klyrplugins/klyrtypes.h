@@ -18,7 +18,9 @@ namespace lyrsdk {
 
 // The bytes that a value of the code takes on this target: 0 for codes without storage, 1 for eREFERENCE, at most
 // kLyrMaxValueSize.
-LYRSDK_API std::size_t lyrStorageSize(ELyrType pType);
+inline std::size_t lyrStorageSize(ELyrType pType) {
+    return pType >= 0 && pType < eMAX_TYPES ? detail::kStorageSizes[pType] : 0;
+}
 
 // Whether values of the code exist that can be read and written: not for eREFERENCE and codes without storage.
 inline bool lyrHoldsValue(ELyrType pType) {

@@ -8,38 +8,34 @@ namespace lyrsdk {
 
 // --- value ---------------------------------------------------------------------------------------------------------
 
+namespace {
+
+// Where the value stands behind its item.
+constexpr std::size_t kValueOffset =
+    (sizeof(KLyrPropertyValue) + kLyrMaxValueAlignment - 1) / kLyrMaxValueAlignment * kLyrMaxValueAlignment;
+
+}  // namespace
+
 KLyrPropertyValue* KLyrPropertyValue::Create(const void* pValue, ELyrType pType) {
-    KLyrPropertyValue* lItem = LyrSdkNew<KLyrPropertyValue>(pValue, pType);
-    if (lItem && !lItem->mValue && lyrStorageSize(pType) != 0) {
+    const std::size_t lSize = lyrStorageSize(pType);
+    char* lMemory = static_cast<char*>(LyrSdkMalloc(lSize != 0 ? kValueOffset + lSize : sizeof(KLyrPropertyValue)));
+    if (!lMemory)
+        return nullptr;
+    auto* lItem = ::new (lMemory) KLyrPropertyValue(pType, lSize != 0 ? lMemory + kValueOffset : nullptr);
+    // A copy within one type fails only for want of memory.
+    if (pValue && lyrHoldsValue(pType) && !lItem->Set(pValue, pType)) {
         LyrSdkDelete(lItem);
-        lItem = nullptr;
+        return nullptr;
     }
     return lItem;
 }
 
-// A copy within one type fails only for want of memory, and then leaves no storage for Create to see.
-KLyrPropertyValue::KLyrPropertyValue(const void* pValue, ELyrType pType)
-    : mRef(0), mType(pType), mValue(lyrCreate(pType)) {
-    if (mValue && pValue && pType != eREFERENCE && !lyrCopy(mValue, pType, pValue, pType)) {
-        lyrDestroy(mType, mValue);
-        mValue = nullptr;
-    }
-}
-
-KLyrPropertyValue::~KLyrPropertyValue() {
-    lyrDestroy(mType, mValue);
+KLyrPropertyValue::KLyrPropertyValue(ELyrType pType, void* pMemory) : mRef(0), mType(pType), mValue(pMemory) {
+    lyrConstruct(pType, pMemory);
 }
 
 KLyrPropertyValue* KLyrPropertyValue::Clone(KLyrPropertyPage*) const {
     return Create(mValue, mType);
-}
-
-bool KLyrPropertyValue::Get(void* pValue, ELyrType pValueType) const {
-    return mValue && lyrCopy(pValue, pValueType, mValue, mType);
-}
-
-bool KLyrPropertyValue::Set(const void* pValue, ELyrType pValueType) {
-    return mValue && lyrCopy(mValue, mType, pValue, pValueType);
 }
 
 // --- info ----------------------------------------------------------------------------------------------------------

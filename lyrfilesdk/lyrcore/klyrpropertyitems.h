@@ -135,7 +135,12 @@ private:
     unsigned mFlagData = 0;
 };
 
-// A value and its type code.
+// A value and its type code. One heap block, the value behind the item:
+//
+//     [ mRef | mType | mValue | value ]
+//
+// Reading and writing a value in its own type costs one choice by type and moves its bytes; only texts and blobs take
+// memory then.
 class LYRSDK_API KLyrPropertyValue {
 public:
     // A value of type pType: a copy of *pValue, which must be of that type, or the type's default when pValue is null.
@@ -153,16 +158,16 @@ public:
     ELyrType GetType() const { return mType; }
     // The value converted into *pValue or from it. False, and nothing is written, when the conversion is refused, the
     // pointer is null or the item has no storage.
-    bool Get(void* pValue, ELyrType pValueType) const;
-    bool Set(const void* pValue, ELyrType pValueType);
+    bool Get(void* pValue, ELyrType pValueType) const { return mValue && lyrCopy(pValue, pValueType, mValue, mType); }
+    bool Set(const void* pValue, ELyrType pValueType) { return mValue && lyrCopy(mValue, mType, pValue, pValueType); }
 
 private:
     LYRSDK_MADE_BY_FACTORY
     friend struct KLyrLayout;
     friend class KLyrPropertyPage;
 
-    KLyrPropertyValue(const void* pValue, ELyrType pType);
-    ~KLyrPropertyValue();
+    KLyrPropertyValue(ELyrType pType, void* pMemory);
+    ~KLyrPropertyValue() { lyrDestruct(mType, mValue); }
     KLyrPropertyValue(const KLyrPropertyValue&) = delete;
     KLyrPropertyValue& operator=(const KLyrPropertyValue&) = delete;
 

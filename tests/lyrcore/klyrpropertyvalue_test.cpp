@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <cstddef>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -214,14 +215,47 @@ TEST(KLyrPropertyValue, TheClonesOfAllTypesReadTheSame) {
     }
 }
 
+// A block of the item and the value, aligned for both.
+TEST(KLyrPropertyValue, IsOneBlockWhateverItsType) {
+    const LeakCheck lLeaks;
+    std::size_t lOffset = sizeof(KLyrPropertyValue);
+    while (lOffset % kLyrMaxValueAlignment != 0)
+        ++lOffset;
+    for (int i = 0; i <= eMAX_TYPES; ++i) {
+        const ELyrType lType = static_cast<ELyrType>(i);
+        const std::size_t lBlocks = MemoryProbe::LiveBlocks();
+        const Value lValue = MakeValue(nullptr, lType);
+        EXPECT_EQ(MemoryProbe::LiveBlocks(), lBlocks + 1) << i;
+        const std::size_t lSize = lyrStorageSize(lType);
+        EXPECT_EQ(MemoryProbe::LastSize(), lSize == 0 ? sizeof(KLyrPropertyValue) : lOffset + lSize) << i;
+    }
+}
+
+TEST(KLyrPropertyValue, ReadsAndWritesOfFixedSizeTakeNoMemory) {
+    const double lNumber = 3.0;
+    for (const ELyrType lType : TypesWithValues()) {
+        if (lType == eSTRING || lType == eBLOB)
+            continue;
+        ReportRecorder lReports;
+        const Value lValue = MakeValue(nullptr, lType);
+        alignas(std::max_align_t) unsigned char lRead[kLyrMaxValueSize] = {};
+        const std::size_t lBefore = MemoryProbe::Allocations();
+        EXPECT_TRUE(lValue->Get(lRead, lType)) << lType;
+        EXPECT_TRUE(lValue->Set(lRead, lType)) << lType;
+        lValue->Set(&lNumber, eDOUBLE1);
+        EXPECT_EQ(MemoryProbe::Allocations(), lBefore) << lType;
+        lReports.Clear();
+    }
+}
+
 TEST(KLyrPropertyValue, IsFreedWithItsLastReference) {
     const std::size_t lBlocks = MemoryProbe::LiveBlocks();
     KLyrPropertyValue* lValue = KLyrPropertyValue::Create(nullptr, eINTEGER1);
-    EXPECT_EQ(MemoryProbe::LiveBlocks(), lBlocks + 2);
+    EXPECT_EQ(MemoryProbe::LiveBlocks(), lBlocks + 1);
     lValue->IncRef();
     lValue->IncRef();
     lValue->DecRef();
-    EXPECT_EQ(MemoryProbe::LiveBlocks(), lBlocks + 2);
+    EXPECT_EQ(MemoryProbe::LiveBlocks(), lBlocks + 1);
     lValue->DecRef();
     EXPECT_EQ(MemoryProbe::LiveBlocks(), lBlocks);
 }
@@ -231,7 +265,7 @@ TEST(KLyrPropertyValue, AReferenceGivenBackThatNobodyTookFreesNothing) {
     const std::size_t lBlocks = MemoryProbe::LiveBlocks();
     KLyrPropertyValue* lValue = KLyrPropertyValue::Create(nullptr, eINTEGER1);
     lValue->DecRef();
-    EXPECT_EQ(MemoryProbe::LiveBlocks(), lBlocks + 2);
+    EXPECT_EQ(MemoryProbe::LiveBlocks(), lBlocks + 1);
     lValue->IncRef();
     lValue->IncRef();
     lValue->DecRef();
