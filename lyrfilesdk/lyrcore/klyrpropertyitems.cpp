@@ -74,12 +74,17 @@ KLyrPropertyInfo::KLyrPropertyInfo(const KLyrStringSymbol& pName, KLyrTypeInfo* 
     LinkToTypeInfo();
 }
 
-// A bound is a raw block that was given a default value by hand, so it is taken apart by hand too.
 KLyrPropertyInfo::~KLyrPropertyInfo() {
-    UnlinkFromTypeInfo();
+    if (mTypeInfo)
+        UnlinkFromTypeInfo();
+    if (mBoundType != eUNIDENTIFIED)
+        DestroyBounds();
+}
+
+// A bound is a raw block that was given a default value by hand, so it is taken apart by hand too.
+void KLyrPropertyInfo::DestroyBounds() {
     for (void* lSlot : mMinMaxValue) {
-        if (lSlot)
-            lyrDestruct(mBoundType, lSlot);
+        lyrDestruct(mBoundType, lSlot);
         LyrSdkFree(lSlot);
     }
 }

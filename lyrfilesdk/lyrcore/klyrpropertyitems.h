@@ -245,6 +245,7 @@ private:
     static KLyrPropertyInfo* Named(KLyrPropertyInfo* pInfo, const char* pName);
     static bool IsBound(int pIndex) { return pIndex >= 0 && pIndex < eValueCount; }
     bool HasAnyBound() const;
+    void DestroyBounds();
     KStringList* EnumListForWriting();
     void LinkToTypeInfo();
     void UnlinkFromTypeInfo();
