@@ -2,8 +2,10 @@
 
 #include <atomic>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <mutex>
+#include <thread>
 
 #include "lyrfilesdk/components/kbaselib/klib/kmemory.h"
 
@@ -16,11 +18,11 @@ struct Entry {
     Entry* mChain;
     // The next entry of the list of texts to look at when the last bracket closes.
     Entry* mNextIdle;
-    bool mOnIdleList;
     // Goes from 1 to 0, and from 0 to 1, only under the table's lock; everything else happens without it.
     std::atomic<std::size_t> mCount;
     std::size_t mLength;
     unsigned int mHash;
+    bool mOnIdleList;
 
     char* Text() { return reinterpret_cast<char*>(this + 1); }
 };
@@ -35,22 +37,105 @@ struct Key {
     unsigned int mHash;
 };
 
-Key MakeKey(const char* pText) {
-    // FNV-1a, and a last mix because the buckets are chosen by the low bits alone.
-    unsigned int lHash = 2166136261u;
-    const char* lEnd = pText;
-    for (; *lEnd; ++lEnd)
-        lHash = (lHash ^ static_cast<unsigned char>(*lEnd)) * 16777619u;
-    lHash = (lHash ^ (lHash >> 16)) * 0x85EBCA6Bu;
-    lHash = (lHash ^ (lHash >> 13)) * 0xC2B2AE35u;
-    return {pText, static_cast<std::size_t>(lEnd - pText), lHash ^ (lHash >> 16)};
+// Both halves of the product of two numbers, laid over each other.
+std::uint64_t MultiplyAndFold(std::uint64_t pLeft, std::uint64_t pRight) {
+#ifdef __SIZEOF_INT128__
+    __extension__ using Wide = unsigned __int128;
+    const Wide lProduct = static_cast<Wide>(pLeft) * pRight;
+    return static_cast<std::uint64_t>(lProduct) ^ static_cast<std::uint64_t>(lProduct >> 64);
+#else
+    const std::uint64_t lLow = (pLeft & 0xFFFFFFFFu) * (pRight & 0xFFFFFFFFu);
+    const std::uint64_t lLeftHigh = (pLeft >> 32) * (pRight & 0xFFFFFFFFu);
+    const std::uint64_t lRightHigh = (pLeft & 0xFFFFFFFFu) * (pRight >> 32);
+    const std::uint64_t lHigh = (pLeft >> 32) * (pRight >> 32);
+    const std::uint64_t lMiddle = (lLow >> 32) + (lLeftHigh & 0xFFFFFFFFu) + lRightHigh;
+    return (lMiddle << 32 | (lLow & 0xFFFFFFFFu)) ^ (lHigh + (lLeftHigh >> 32) + (lMiddle >> 32));
+#endif
 }
+
+template <typename Word>
+std::uint64_t Read(const char* pText) {
+    Word lWord;
+    std::memcpy(&lWord, pText, sizeof(lWord));
+    return lWord;
+}
+
+// Two numbers that differ from process to process where the system places programs at random, so that nobody can write
+// a file of names that all hash alike.
+struct Seed {
+    Seed() {
+        static const char sPlace = 0;
+        const char lPlace = 0;
+        const std::uint64_t lAddresses =
+            reinterpret_cast<std::uintptr_t>(&sPlace) ^ std::uint64_t(reinterpret_cast<std::uintptr_t>(&lPlace)) << 28;
+        mLeft = MultiplyAndFold(lAddresses ^ 0x9E3779B97F4A7C15u, 0xBF58476D1CE4E5B9u);
+        mRight = MultiplyAndFold(lAddresses ^ 0x94D049BB133111EBu, 0xD6E8FEB86659FD93u);
+    }
+
+    std::uint64_t mLeft;
+    std::uint64_t mRight;
+};
+
+// Sixteen bytes a multiplication; the last two words may overlap what came before them.
+unsigned int Hash(const char* pText, std::size_t pLength) {
+    static const Seed sgSeed;
+    std::uint64_t lHash = sgSeed.mRight;
+    std::size_t lLeft = pLength;
+    for (; lLeft > 16; pText += 16, lLeft -= 16)
+        lHash = MultiplyAndFold(Read<std::uint64_t>(pText) ^ sgSeed.mLeft, Read<std::uint64_t>(pText + 8) ^ lHash);
+    std::uint64_t lFirst = 0;
+    std::uint64_t lLast = 0;
+    if (lLeft >= 8) {
+        lFirst = Read<std::uint64_t>(pText);
+        lLast = Read<std::uint64_t>(pText + lLeft - 8);
+    } else if (lLeft >= 4) {
+        lFirst = Read<std::uint32_t>(pText);
+        lLast = Read<std::uint32_t>(pText + lLeft - 4);
+    } else {
+        lFirst = Read<unsigned char>(pText) << 16 | Read<unsigned char>(pText + lLeft / 2) << 8 |
+                 Read<unsigned char>(pText + lLeft - 1);
+    }
+    lHash = MultiplyAndFold(lFirst ^ sgSeed.mLeft, lLast ^ lHash);
+    lHash = MultiplyAndFold(lHash ^ sgSeed.mRight, pLength ^ sgSeed.mLeft);
+    return static_cast<unsigned int>(lHash ^ lHash >> 32);
+}
+
+// Of a text that is not empty.
+Key MakeKey(const char* pText) {
+    const std::size_t lLength = std::strlen(pText);
+    return {pText, lLength, Hash(pText, lLength)};
+}
+
+// A lock for a few instructions, at a fraction of a mutex's price when nobody else wants it. Of the threads that have
+// to wait all but one sleep. Constant-initialised and trivially destroyed.
+class ShortLock {
+public:
+    void lock() {
+        bool lTaken = false;
+        if (!mTaken.compare_exchange_strong(lTaken, true, std::memory_order_acquire, std::memory_order_relaxed))
+            Wait();
+    }
+    void unlock() { mTaken.store(false, std::memory_order_release); }
+
+private:
+    // The holder may have lost its processor, so that more than a few tries are better spent on letting it run.
+    void Wait() {
+        const std::lock_guard<std::mutex> lGuard(mWaiting);
+        for (int lTries = 0; mTaken.exchange(true, std::memory_order_acquire); ++lTries)
+            while (mTaken.load(std::memory_order_relaxed))
+                if (++lTries > 64)
+                    std::this_thread::yield();
+    }
+
+    std::atomic<bool> mTaken{false};
+    std::mutex mWaiting;
+};
 
 // All shared texts. Everything but the lock itself is guarded by the lock. Constant-initialised and never destroyed, so
 // that symbols with static storage may come before it and go after it.
 class Table {
 public:
-    std::mutex& Lock() { return mLock; }
+    ShortLock& Lock() { return mLock; }
 
     Entry* Find(const Key& pKey) const {
         if (!mBuckets)
@@ -73,7 +158,7 @@ public:
             GiveBackWhenEmpty();
             return nullptr;
         }
-        Entry* lEntry = ::new (lMemory) Entry{nullptr, nullptr, false, {1}, pKey.mLength, pKey.mHash};
+        Entry* lEntry = ::new (lMemory) Entry{nullptr, nullptr, {1}, pKey.mLength, pKey.mHash, false};
         std::memcpy(lEntry->Text(), pKey.mText, pKey.mLength + 1);
         Link(lEntry);
         ++mEntryCount;
@@ -155,7 +240,7 @@ private:
         mBucketCount = 0;
     }
 
-    std::mutex mLock;
+    ShortLock mLock;
     // A power of two.
     std::size_t mBucketCount = 0;
     Entry** mBuckets = nullptr;
@@ -191,7 +276,7 @@ bool KLyrStringSymbol::Assign(const char* pText) {
     const char* lNewText = nullptr;
     if (pText && *pText) {
         const Key lKey = MakeKey(pText);
-        std::lock_guard<std::mutex> lGuard(sgTable.Lock());
+        const std::lock_guard<ShortLock> lGuard(sgTable.Lock());
         Entry* lEntry = sgTable.Find(lKey);
         if (lEntry)
             lEntry->mCount.fetch_add(1, std::memory_order_relaxed);
@@ -209,18 +294,18 @@ const char* KLyrStringSymbol::FindText(const char* pText) {
     if (!pText || !*pText)
         return sgEmptyText;
     const Key lKey = MakeKey(pText);
-    std::lock_guard<std::mutex> lGuard(sgTable.Lock());
+    const std::lock_guard<ShortLock> lGuard(sgTable.Lock());
     Entry* lEntry = sgTable.Find(lKey);
     return lEntry ? lEntry->Text() : nullptr;
 }
 
 void KLyrStringSymbol::BracketOpened() {
-    std::lock_guard<std::mutex> lGuard(sgTable.Lock());
+    const std::lock_guard<ShortLock> lGuard(sgTable.Lock());
     sgTable.BracketOpened();
 }
 
 void KLyrStringSymbol::BracketClosed() {
-    std::lock_guard<std::mutex> lGuard(sgTable.Lock());
+    const std::lock_guard<ShortLock> lGuard(sgTable.Lock());
     sgTable.BracketClosed();
 }
 
@@ -241,7 +326,7 @@ void KLyrStringSymbol::Release(const char* pText) noexcept {
     }
     // The last count falls under the lock, so that a text is never found in the table after its count was seen to reach
     // 0 and before it is gone.
-    std::lock_guard<std::mutex> lGuard(sgTable.Lock());
+    const std::lock_guard<ShortLock> lGuard(sgTable.Lock());
     if (lEntry->mCount.fetch_sub(1, std::memory_order_acq_rel) == 1)
         sgTable.Retire(lEntry);
 }

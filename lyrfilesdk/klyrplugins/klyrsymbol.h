@@ -10,11 +10,12 @@
 // last bracket closes, and a text that is interned again in the meantime keeps its address. When the last text goes,
 // the table gives its memory back.
 //
-// Making a symbol from a text costs the length of the text, hashed and compared once, and takes the table's lock.
-// Copying a symbol counts and takes no lock; destroying one takes the lock only when it holds the last count. Different
-// symbols may be used by different threads at the same time, whether or not their texts are equal. The memory hook is
-// called while the table is locked and must not use symbols. Without memory a symbol made from a text is empty, and an
-// assignment keeps the old text.
+// Making a symbol from a text costs the length of the text, hashed and compared once, and takes the table's lock. The
+// hash differs from process to process, so that no list of names is slow by design; nothing that can be seen depends on
+// it. Copying a symbol counts and takes no lock; destroying one takes the lock only when it holds the last count.
+// Different symbols may be used by different threads at the same time, whether or not their texts are equal. The memory
+// hook is called while the table is locked and must not use symbols. Without memory a symbol made from a text is empty,
+// and an assignment keeps the old text.
 
 #include <utility>
 

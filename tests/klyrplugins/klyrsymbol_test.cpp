@@ -220,6 +220,31 @@ TEST(KLyrStringSymbol, KeepsItsTextWithoutMemory) {
     EXPECT_TRUE(lSymbol.Assign("first"));
 }
 
+// Every length takes another way through the hash, and every byte counts.
+TEST(KLyrStringSymbol, TellsTextsOfEveryLengthApartByEachByte) {
+    LeakCheck lLeaks;
+    std::vector<KLyrStringSymbol> lSymbols;
+    std::vector<std::string> lTexts;
+    for (std::size_t lLength = 1; lLength <= 70; ++lLength) {
+        lTexts.emplace_back(lLength, 'a');
+        for (std::size_t lPlace = 0; lPlace < lLength; ++lPlace) {
+            for (const char lByte : {'b', '\x01', '\x7f', '\x80', '\xff', '\xe1'}) {
+                lTexts.emplace_back(lLength, 'a');
+                lTexts.back()[lPlace] = lByte;
+            }
+        }
+    }
+    for (const std::string& lText : lTexts)
+        lSymbols.emplace_back(lText.c_str());
+    for (std::size_t i = 0; i < lTexts.size(); ++i) {
+        EXPECT_EQ(lTexts[i], lSymbols[i].Buffer());
+        EXPECT_EQ(lSymbols[i].Buffer(), KLyrStringSymbol::FindText(lTexts[i].c_str()));
+        // A copy at another address, whatever stands behind its end.
+        const std::string lShifted = "x" + lTexts[i];
+        EXPECT_EQ(lSymbols[i].Buffer(), KLyrStringSymbol::FindText(lShifted.c_str() + 1));
+    }
+}
+
 TEST(KLyrStringSymbol, GoesOnWhenTheTableCannotGrow) {
     LeakCheck lLeaks;
     // The failing request is each one in turn; every text that was taken stays reachable. Two of the requests are for
