@@ -10,9 +10,12 @@ namespace lyrsdk {
 
 namespace {
 
-// Where the value stands behind its item.
-constexpr std::size_t kValueOffset =
-    (sizeof(KLyrPropertyValue) + kLyrMaxValueAlignment - 1) / kLyrMaxValueAlignment * kLyrMaxValueAlignment;
+// The first place behind pSize bytes where any value may stand.
+constexpr std::size_t RoundUp(std::size_t pSize) {
+    return (pSize + kLyrMaxValueAlignment - 1) / kLyrMaxValueAlignment * kLyrMaxValueAlignment;
+}
+
+constexpr std::size_t kValueOffset = RoundUp(sizeof(KLyrPropertyValue));
 
 }  // namespace
 
@@ -39,6 +42,32 @@ KLyrPropertyValue* KLyrPropertyValue::Clone(KLyrPropertyPage*) const {
 }
 
 // --- info ----------------------------------------------------------------------------------------------------------
+
+namespace {
+
+// A bound is a raw block: its type, which few descriptions have to keep, and behind it the value.
+constexpr std::size_t kBoundOffset = RoundUp(sizeof(ELyrType));
+
+// A default value; null when there is no memory.
+void* CreateBound(ELyrType pType) {
+    char* lMemory = static_cast<char*>(LyrSdkMalloc(kBoundOffset + lyrStorageSize(pType)));
+    if (!lMemory)
+        return nullptr;
+    ::new (lMemory) ELyrType(pType);
+    lyrConstruct(pType, lMemory + kBoundOffset);
+    return lMemory + kBoundOffset;
+}
+
+ELyrType TypeOfBound(const void* pBound) {
+    return *reinterpret_cast<const ELyrType*>(static_cast<const char*>(pBound) - kBoundOffset);
+}
+
+void DestroyBound(void* pBound) {
+    lyrDestruct(TypeOfBound(pBound), pBound);
+    LyrSdkFree(static_cast<char*>(pBound) - kBoundOffset);
+}
+
+}  // namespace
 
 KLyrPropertyInfo* KLyrPropertyInfo::Create(const char* pName, ELyrType pType) {
     return Named(LyrSdkNew<KLyrPropertyInfo>(pName, pType), pName);
@@ -77,16 +106,14 @@ KLyrPropertyInfo::KLyrPropertyInfo(const KLyrStringSymbol& pName, KLyrTypeInfo* 
 KLyrPropertyInfo::~KLyrPropertyInfo() {
     if (mTypeInfo)
         UnlinkFromTypeInfo();
-    if (mBoundType != eUNIDENTIFIED)
+    if (AnyBound())
         DestroyBounds();
 }
 
-// A bound is a raw block that was given a default value by hand, so it is taken apart by hand too.
 void KLyrPropertyInfo::DestroyBounds() {
-    for (void* lSlot : mMinMaxValue) {
-        lyrDestruct(mBoundType, lSlot);
-        LyrSdkFree(lSlot);
-    }
+    for (void* lSlot : mMinMaxValue)
+        if (lSlot)
+            DestroyBound(lSlot);
 }
 
 void KLyrPropertyInfo::LinkToTypeInfo() {
@@ -114,38 +141,37 @@ ELyrType KLyrPropertyInfo::GetType() const {
     return lInfo ? lInfo->mType : eUNIDENTIFIED;
 }
 
-bool KLyrPropertyInfo::HasAnyBound() const {
+// A bound that is there, or null. All are of one type.
+const void* KLyrPropertyInfo::AnyBound() const {
     for (const void* lSlot : mMinMaxValue)
         if (lSlot)
-            return true;
-    return false;
+            return lSlot;
+    return nullptr;
 }
 
 // A refused conversion leaves the bound there with its default value; a source that is no value at all leaves nothing.
 bool KLyrPropertyInfo::SetMinMax(eValueIndex pIndex, const void* pValue, ELyrType pValueType) {
     if (!IsBound(pIndex) || !pValue)
         return false;
-    const ELyrType lBoundType = HasAnyBound() ? mBoundType : GetType();
-    const std::size_t lSize = lyrStorageSize(lBoundType);
-    if (lSize == 0)
+    const void* lAny = AnyBound();
+    const ELyrType lBoundType = lAny ? TypeOfBound(lAny) : GetType();
+    if (lyrStorageSize(lBoundType) == 0)
         return false;
     if (!lyrHoldsValue(pValueType)) {
         unsigned char lUnused = 0;
         return lyrCopy(&lUnused, eUBYTE1, pValue, pValueType);
     }
     void*& lSlot = mMinMaxValue[pIndex];
-    if (!lSlot) {
-        lSlot = LyrSdkMalloc(lSize);
-        if (!lSlot)
-            return false;
-        lyrConstruct(lBoundType, lSlot);
-        mBoundType = lBoundType;
-    }
-    return lyrCopy(lSlot, mBoundType, pValue, pValueType);
+    if (!lSlot)
+        lSlot = CreateBound(lBoundType);
+    return lSlot && lyrCopy(lSlot, lBoundType, pValue, pValueType);
 }
 
 bool KLyrPropertyInfo::GetMinMax(eValueIndex pIndex, void* pValue, ELyrType pValueType) const {
-    return HasMinMax(pIndex) && lyrCopy(pValue, pValueType, mMinMaxValue[pIndex], mBoundType);
+    if (!HasMinMax(pIndex))
+        return false;
+    const void* lSlot = mMinMaxValue[pIndex];
+    return lyrCopy(pValue, pValueType, lSlot, TypeOfBound(lSlot));
 }
 
 const char* KLyrPropertyInfo::GetEnumValue(int pIndex) const {

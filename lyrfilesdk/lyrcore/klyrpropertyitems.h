@@ -244,7 +244,7 @@ private:
 
     static KLyrPropertyInfo* Named(KLyrPropertyInfo* pInfo, const char* pName);
     static bool IsBound(int pIndex) { return pIndex >= 0 && pIndex < eValueCount; }
-    bool HasAnyBound() const;
+    const void* AnyBound() const;
     void DestroyBounds();
     KStringList* EnumListForWriting();
     void LinkToTypeInfo();
@@ -256,13 +256,11 @@ private:
     ELyrType mType = eUNIDENTIFIED;
     KLyrTypeInfo* mTypeInfo = nullptr;
     int mUserTag = 0;
-    void* mMinMaxValue[eValueCount] = {};
+    void* mMinMaxValue[eValueCount] = {};  // each behind its type
     void* mUserData = nullptr;
     [[maybe_unused]] void* mFilter = nullptr;  // reserved for the application's kit
     KLyrSdkScopedPtr<KStringList> mEnumList;
 
-    // The type of the bounds, eUNIDENTIFIED before the first one.
-    ELyrType mBoundType = eUNIDENTIFIED;
     // The descriptions that one page types are linked, so that none keeps a pointer to a page that is gone.
     detail::Link<KLyrPropertyInfo> mOfTypeInfo;
 };
