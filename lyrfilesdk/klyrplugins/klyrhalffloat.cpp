@@ -1,65 +1,68 @@
 #include "lyrfilesdk/klyrplugins/klyrhalffloat.h"
 
-#include <cstring>
-
 namespace lyrsdk {
+namespace detail {
 namespace {
 
-constexpr unsigned int kFloatExponent = 0x7F800000;
-constexpr unsigned int kFloatFraction = 0x007FFFFF;
-constexpr unsigned int kHalfExponent = 0x7C00;
-constexpr unsigned int kHalfFraction = 0x03FF;
-// The exponent bits of 2^16 less one: above lies what a half cannot hold.
-constexpr unsigned int kTooLarge = 0x477FFFFF;
-// The difference between the two biases, in the place of a float's exponent.
-constexpr unsigned int kBias = 0x38000000;
+// The exponents of a float, without their bias, at which halves begin to be normal and to be infinite, and the one of
+// infinity.
+constexpr unsigned int kSmallestNormal = 113;
+constexpr unsigned int kTooLarge = 143;
+constexpr unsigned int kFloatInfinity = 255;
+// The difference between the two biases.
+constexpr unsigned int kBias = 112;
 
-static_assert(sizeof(float) == sizeof(unsigned int), "bit patterns move through unsigned int");
+constexpr HalfStep StepOf(unsigned int pSignAndExponent) {
+    const unsigned int lSign = pSignAndExponent >> 8 << 15;
+    const unsigned int lExponent = pSignAndExponent & kFloatInfinity;
+    // A shift by 31 leaves nothing of a fraction.
+    if (lExponent >= kTooLarge)
+        return {static_cast<unsigned short>(lSign | 0x7C00), 31};
+    if (lExponent >= kSmallestNormal)
+        return {static_cast<unsigned short>(lSign | (lExponent - kBias) << 10), 13};
+    // The count runs past 31 for the smallest exponents and is taken modulo 32, as the 32-bit shift of the target
+    // processors takes it.
+    return {static_cast<unsigned short>(lSign), static_cast<unsigned short>((kBias - lExponent + 14) & 31)};
+}
+
+constexpr HalfSteps MakeSteps() {
+    HalfSteps lSteps{};
+    for (unsigned int i = 0; i < 0x200; ++i)
+        lSteps.mSteps[i] = StepOf(i);
+    return lSteps;
+}
+
+// pBits has no sign.
+constexpr unsigned int FloatOf(unsigned int pBits) {
+    if (pBits > 0x7C00)
+        return 0x7FFFFFFF;
+    if (pBits == 0x7C00)
+        return 0x7F800000;
+    if (pBits >= 0x0400)
+        return (pBits << 13) + (kBias << 23);
+    if (pBits == 0)
+        return 0;
+    unsigned int lExponent = kSmallestNormal;
+    unsigned int lFraction = pBits;
+    for (; lFraction < 0x0400; lFraction <<= 1)
+        --lExponent;
+    return lExponent << 23 | (lFraction & 0x03FF) << 13;
+}
+
+constexpr HalfFloats MakeFloats() {
+    HalfFloats lFloats{};
+    for (unsigned int i = 0; i < 0x8000; ++i) {
+        lFloats.mFloats[i] = FloatOf(i);
+        lFloats.mFloats[0x8000 | i] = 0x80000000 | lFloats.mFloats[i];
+    }
+    return lFloats;
+}
 
 }  // namespace
 
-unsigned short lyrHalfFloat::FtoHF(const float* pValue) const {
-    if (!pValue)
-        return 0;
-    unsigned int lFloat;
-    std::memcpy(&lFloat, pValue, sizeof(lFloat));
-    const unsigned int lSign = (lFloat >> 31) << 15;
-    const unsigned int lExponent = lFloat & kFloatExponent;
-    unsigned int lFraction = lFloat & kFloatFraction;
-    if (lExponent > kTooLarge) {
-        const bool lNaN = lFraction != 0 && lExponent == kFloatExponent;
-        lFraction = lNaN ? kFloatFraction : 0;
-        return static_cast<unsigned short>(lSign | (lFraction >> 13) | kHalfExponent);
-    }
-    if (lExponent <= kBias) {
-        // The count runs past 31 for the smallest exponents and is taken modulo 32, as the 32-bit shift of the target
-        // processors takes it.
-        const unsigned int lShift = ((kBias - lExponent) >> 23) + 14;
-        return static_cast<unsigned short>(lSign | (lFraction >> (lShift & 31)));
-    }
-    return static_cast<unsigned short>(lSign | ((lExponent - kBias) >> 13) | (lFraction >> 13));
-}
+// Declared in the header, and so visible outside.
+constexpr HalfSteps kHalfSteps = MakeSteps();
+constexpr HalfFloats kHalfFloats = MakeFloats();
 
-float lyrHalfFloat::HFtoF(unsigned short pBits) const {
-    const unsigned int lSign = static_cast<unsigned int>(pBits >> 15) << 31;
-    unsigned int lExponent = pBits & kHalfExponent;
-    unsigned int lFraction = pBits & kHalfFraction;
-    if (lExponent == kHalfExponent) {
-        lExponent = kFloatExponent;
-        lFraction = lFraction != 0 ? kFloatFraction : 0;
-    } else if (lExponent != 0) {
-        lExponent = (lExponent << 13) + kBias;
-        lFraction <<= 13;
-    } else if (lFraction != 0) {
-        lExponent = kBias;
-        for (lFraction <<= 1; (lFraction & (kHalfFraction + 1)) == 0; lFraction <<= 1)
-            lExponent -= 0x00800000;
-        lFraction = (lFraction & kHalfFraction) << 13;
-    }
-    const unsigned int lFloat = lSign | lExponent | lFraction;
-    float lValue;
-    std::memcpy(&lValue, &lFloat, sizeof(lValue));
-    return lValue;
-}
-
+}  // namespace detail
 }  // namespace lyrsdk
