@@ -219,12 +219,68 @@ bool ReadBack(const char* pText, int pLength, float& pValue) {
     return lResult.ec == std::errc() && lResult.ptr == pText + pLength;
 }
 
+// A text of the form [-]d[.ddd]e+dd taken apart: what it means is mCount digits with the point behind the first of
+// them, times ten to mExponent.
+struct Scientific {
+    char* mFirst;
+    int mCount;
+    int mExponent;
+};
+
+Scientific TakeApart(char* pText, const char* pEnd) {
+    char* const lFirst = pText + (*pText == '-');
+    const char* lSign = pEnd - 3;
+    int lExponent = (pEnd[-2] - '0') * 10 + (pEnd[-1] - '0');
+    if (lSign[-1] != 'e') {
+        lExponent += (*lSign - '0') * 100;
+        --lSign;
+    }
+    const int lMantissa = static_cast<int>(lSign - 1 - lFirst);
+    return {lFirst, lMantissa > 1 ? lMantissa - 1 : 1, *lSign == '-' ? -lExponent : lExponent};
+}
+
+// Writes the number without an exponent, in its place, and returns the end of the text. The last digit is not a zero
+// behind the point.
+char* WithoutExponent(const Scientific& pNumber) {
+    char* const lText = pNumber.mFirst;
+    const int lCount = pNumber.mCount;
+    const int lPlaces = pNumber.mExponent;
+    const auto lMove = [lText](int pTo, int pDigits) {
+        std::memmove(lText + pTo, lText + 2, static_cast<std::size_t>(pDigits));
+    };
+    const auto lFillZeros = [lText](int pFrom, int pTo) {
+        for (int i = pFrom; i < pTo; ++i)
+            lText[i] = '0';
+    };
+    if (lPlaces < 0) {
+        lMove(2 - lPlaces, lCount - 1);
+        lText[1 - lPlaces] = lText[0];
+        lFillZeros(0, 1 - lPlaces);
+        lText[1] = '.';
+        return lText + 1 - lPlaces + lCount;
+    }
+    if (lPlaces < lCount - 1) {
+        // The digits behind the point stand where they belong.
+        lMove(1, lPlaces);
+        lText[1 + lPlaces] = '.';
+        return lText + 1 + lCount;
+    }
+    lMove(1, lCount - 1);
+    lFillZeros(lCount, lPlaces + 1);
+    return lText + 1 + lPlaces;
+}
+
+template <typename T>
+bool IsPowerOfTwo(T pValue) {
+    int lExponent;
+    return std::frexp(std::fabs(pValue), &lExponent) == T(0.5);
+}
+
+// The first of the numbers of digits whose text reads back, found by trying them.
+//
 // The buffer is larger than the longest text, 24 bytes, so that writing cannot fail.
 template <typename T>
-int FormatReal(char (&pBuffer)[32], T pValue, int pFewestDigits, int pMostDigits) {
-    // The sign of a NaN depends on how a compiler folded the arithmetic before it, and is therefore not shown.
-    if (std::isnan(pValue))
-        pValue = std::numeric_limits<T>::quiet_NaN();
+int FormatByTrial(char (&pBuffer)[32], T pValue, int pFewestDigits, int pMostDigits) {
     for (int lDigits = pFewestDigits;; ++lDigits) {
         const int lLength = Terminate(pBuffer, std::to_chars(pBuffer, pBuffer + sizeof(pBuffer) - 1, pValue,
                                                              std::chars_format::general, lDigits));
@@ -233,6 +289,30 @@ int FormatReal(char (&pBuffer)[32], T pValue, int pFewestDigits, int pMostDigits
             (ReadBack(pBuffer, lLength, lBack) && SameBits(lBack, pValue)))
             return lLength;
     }
+}
+
+// The shortest text that reads back has the digits sought, zeros at the end apart. Every text of pFewestDigits digits
+// comes back from the nearest real, so that a shorter one is what rounding to pFewestDigits gives as well. A longer one
+// is the nearest of its length that reads back, which is the nearest of all because a real lies in the middle of what
+// reads as it.
+//
+// Subnormal numbers have fewer digits than the first needs, and a power of two does not lie in the middle.
+template <typename T>
+int FormatReal(char (&pBuffer)[32], T pValue, int pFewestDigits, int pMostDigits) {
+    // The sign of a NaN depends on how a compiler folded the arithmetic before it, and is therefore not shown.
+    if (std::isnan(pValue))
+        pValue = std::numeric_limits<T>::quiet_NaN();
+    if (!std::isnormal(pValue) && pValue != 0)
+        return FormatByTrial(pBuffer, pValue, pFewestDigits, pMostDigits);
+    std::to_chars_result lResult =
+        std::to_chars(pBuffer, pBuffer + sizeof(pBuffer) - 1, pValue, std::chars_format::scientific);
+    const Scientific lNumber = TakeApart(pBuffer, lResult.ptr);
+    if (lNumber.mCount > pFewestDigits && lNumber.mCount < pMostDigits && IsPowerOfTwo(pValue))
+        return FormatByTrial(pBuffer, pValue, lNumber.mCount, pMostDigits);
+    if (lNumber.mExponent >= -4 &&
+        lNumber.mExponent < (lNumber.mCount > pFewestDigits ? lNumber.mCount : pFewestDigits))
+        lResult.ptr = WithoutExponent(lNumber);
+    return Terminate(pBuffer, lResult);
 }
 
 }  // namespace

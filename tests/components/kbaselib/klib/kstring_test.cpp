@@ -319,6 +319,55 @@ TEST(NumberText, EveryRealReadsBackAndAgreesWithTheCLibrary) {
     }
 }
 
+// The number, its neighbours on both sides, and their negatives.
+template <typename T>
+void ExpectTextsOfTheCLibraryAround(T pValue, int pFewest, int pMost, T (*pRead)(const char*, char**)) {
+    const T lInfinity = std::numeric_limits<T>::infinity();
+    for (T lMagnitude : {std::nextafter(pValue, T(0)), pValue, std::nextafter(pValue, lInfinity)}) {
+        for (T lValue : {lMagnitude, -lMagnitude}) {
+            if (std::isfinite(lValue)) {
+                EXPECT_EQ(Format(lValue), Shortest(lValue, pFewest, pMost, pRead));
+            }
+        }
+    }
+}
+
+void ExpectTextsOfTheCLibrary(double pValue) {
+    ExpectTextsOfTheCLibraryAround(pValue, 15, 17, &std::strtod);
+    if (std::fabs(pValue) <= static_cast<double>(FLT_MAX))
+        ExpectTextsOfTheCLibraryAround(static_cast<float>(pValue), 6, 9, &std::strtof);
+}
+
+TEST(NumberText, PowersAndTheirNeighboursAgreeWithTheCLibrary) {
+    for (int lExponent = -1074; lExponent < 1024; ++lExponent)
+        ExpectTextsOfTheCLibrary(std::ldexp(1.0, lExponent));
+    for (int lExponent = -324; lExponent <= 308; ++lExponent) {
+        for (const char* lDigits : {"1", "2", "4.5", "1.25", "9.99999999999999", "1.2345678901234567"})
+            ExpectTextsOfTheCLibrary(std::strtod((lDigits + ("e" + std::to_string(lExponent))).c_str(), nullptr));
+    }
+}
+
+TEST(NumberText, PointAndZerosStandWhereTheCLibraryPutsThem) {
+    for (int lCount = 1; lCount <= 17; ++lCount) {
+        const std::string lDigits = std::string("13579246813579246").substr(0, static_cast<std::size_t>(lCount));
+        for (int lExponent = -25; lExponent <= 20; ++lExponent)
+            ExpectTextsOfTheCLibrary(std::strtod((lDigits + "e" + std::to_string(lExponent)).c_str(), nullptr));
+    }
+}
+
+TEST(NumberText, AnEvenDigitStandsWhereTwoTextsAreEquallyNear) {
+    EXPECT_EQ(Format(900000000000000.25), "900000000000000.2");
+    EXPECT_EQ(Format(900000000000000.75), "900000000000000.8");
+    std::mt19937_64 lRandom(90025);
+    for (int lRound = 0; lRound < 20000; ++lRound) {
+        const double lWhole = static_cast<double>(lRandom() >> 14);
+        for (double lFraction = 1.0; lFraction > 0.001; lFraction /= 2.0) {
+            const double lValue = lWhole * lFraction;
+            ASSERT_EQ(Format(lValue), Shortest(lValue, 15, 17, &std::strtod));
+        }
+    }
+}
+
 // The bits that the text reads as, or those of -7 when it is refused.
 std::uint64_t Parse(const std::string& pText) {
     double lValue = -7.0;
