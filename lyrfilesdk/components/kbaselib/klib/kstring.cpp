@@ -1,9 +1,11 @@
 #include "lyrfilesdk/components/kbaselib/klib/kstring.h"
 
+#include <algorithm>
 #include <cfloat>
 #include <charconv>
 #include <climits>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <limits>
@@ -362,44 +364,64 @@ bool ReadExponent(const char* pText, const char* pEnd, std::int64_t& pExponent) 
     return true;
 }
 
-// Takes a text that is not empty apart when it has no more than 19 significant digits. False for anything else.
+// Appends the digits at pText to pDigits and returns the first byte that is none.
+const char* ReadDigits(const char* pText, const char* pEnd, std::uint64_t& pDigits) {
+    std::uint64_t lDigits = pDigits;
+    for (; pText != pEnd; ++pText) {
+        const unsigned int lDigit = static_cast<unsigned char>(*pText) - static_cast<unsigned int>('0');
+        if (lDigit > 9)
+            break;
+        lDigits = lDigits * 10 + lDigit;
+    }
+    pDigits = lDigits;
+    return pText;
+}
+
+// The number of digits from pText to pEnd, between which nothing but digits and points stand, without leading zeros.
+std::ptrdiff_t SignificantDigits(const char* pText, const char* pEnd) {
+    while (pText != pEnd && (*pText == '0' || *pText == '.'))
+        ++pText;
+    return pEnd - pText - std::count(pText, pEnd, '.');
+}
+
+// Takes a text that is not empty apart when its digits, as a whole number, are exact as a double. False for anything
+// else.
 bool ReadShort(const char* pText, const char* pEnd, Decimal& pDecimal) {
     if (*pText == '-') {
         pDecimal.mNegative = true;
         ++pText;
     }
-    bool lAnyDigit = false;
-    bool lPoint = false;
-    int lSignificant = 0;
-    for (; pText != pEnd && (IsDigit(*pText) || (*pText == '.' && !lPoint)); ++pText) {
-        if (*pText == '.') {
-            lPoint = true;
-            continue;
-        }
-        lAnyDigit = true;
-        lSignificant += pDecimal.mDigits != 0 || *pText != '0';
-        if (lSignificant > 19)
-            return false;
-        pDecimal.mDigits = pDecimal.mDigits * 10 + static_cast<std::uint64_t>(*pText - '0');
-        pDecimal.mExponent -= lPoint;
+    const char* const lFirst = pText;
+    pText = ReadDigits(pText, pEnd, pDecimal.mDigits);
+    std::ptrdiff_t lCount = pText - lFirst;
+    if (pText != pEnd && *pText == '.') {
+        const char* const lFraction = pText + 1;
+        pText = ReadDigits(lFraction, pEnd, pDecimal.mDigits);
+        pDecimal.mExponent = lFraction - pText;
+        lCount += pText - lFraction;
     }
-    if (!lAnyDigit)
+    if (lCount == 0 || pDecimal.mDigits > (std::uint64_t{1} << 53))
+        return false;
+    // More than 19 digits may have run over, unless there are zeros in front of them.
+    if (lCount > 19 && SignificantDigits(lFirst, pText) > 19)
         return false;
     if (pText == pEnd)
         return true;
     return (*pText == 'e' || *pText == 'E') && ReadExponent(pText, pEnd, pDecimal.mExponent);
 }
 
-// Digits and power are both exact doubles, so that one multiplication or division rounds once. False when they are not.
+// The digits are exact, and so is the power when it is small, so that one multiplication or division rounds once. False
+// for a larger power.
 //
 // std::from_chars takes the same short cut, but a runtime built for x87 arithmetic rounds the product to 64 bits first
 // and to 53 bits behind that, which misses the nearest double for texts such as 5.435359256080003e+22.
 bool RoundOnce(const Decimal& pDecimal, double& pValue) {
     static constexpr double sPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
                                          1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-    if (pDecimal.mDigits > (std::uint64_t{1} << 53) || pDecimal.mExponent < -22 || pDecimal.mExponent > 22)
+    if (pDecimal.mExponent < -22 || pDecimal.mExponent > 22)
         return false;
-    double lValue = static_cast<double>(pDecimal.mDigits);
+    // Through the signed type, for which processors have an instruction.
+    double lValue = static_cast<double>(static_cast<std::int64_t>(pDecimal.mDigits));
     if (pDecimal.mExponent < 0)
         lValue /= sPowers[-pDecimal.mExponent];
     else
