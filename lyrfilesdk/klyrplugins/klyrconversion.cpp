@@ -40,7 +40,9 @@ bool ShowDoubles(KString& pDst, const double* pSrc, int pCount) {
             *lOut++ = ',';
         char lNumber[32];
         const int lLength = lyrFormat(lNumber, pSrc[i]);
-        lOut = Write(lOut, lNumber, lLength);
+        // As a whole, which takes no call. A number has at most 24 bytes, so that there is room for it.
+        std::memcpy(lOut, lNumber, sizeof(lNumber));
+        lOut += lLength;
     }
     return pDst.Assign(lText, static_cast<int>(lOut - lText));
 }

@@ -19,11 +19,7 @@ namespace {
 
 static_assert(FLT_EVAL_METHOD == 0, "numbers are read with plain double arithmetic; 32-bit x86 needs -mfpmath=sse");
 
-// What stands in front of a text.
-struct TextHeader {
-    int mLength;
-    int mRoom;
-};
+using detail::TextHeader;
 
 TextHeader* HeaderOf(char* pText) {
     return reinterpret_cast<TextHeader*>(pText) - 1;
@@ -159,10 +155,6 @@ bool KString::Append(const char* pText, int pLength) {
 void KString::Clear() {
     FreeText(mText);
     mText = nullptr;
-}
-
-int KString::GetLen() const {
-    return mText ? HeaderOf(mText)->mLength : 0;
 }
 
 KString operator+(const KString& pLeft, const char* pRight) {

@@ -19,6 +19,15 @@
 #include "lyrfilesdk/components/kbaselib/klib/kapi.h"
 
 namespace lyrsdk {
+namespace detail {
+
+// What stands in front of a text.
+struct TextHeader {
+    int mLength;
+    int mRoom;
+};
+
+}  // namespace detail
 
 class LYRSDK_API KString {
 public:
@@ -30,7 +39,10 @@ public:
     KString(int pValue);
     KString(float pValue);
     KString(double pValue);
-    ~KString() { Clear(); }
+    ~KString() {
+        if (mText)
+            Clear();
+    }
 
     KString& operator=(const KString& pOther);
     KString& operator=(KString&& pOther) noexcept;
@@ -55,7 +67,7 @@ public:
     explicit operator bool() const = delete;
 
     // The number of bytes in the text.
-    int GetLen() const;
+    int GetLen() const { return mText ? (reinterpret_cast<const detail::TextHeader*>(mText) - 1)->mLength : 0; }
     bool IsEmpty() const { return !mText; }
 
 private:
