@@ -10,13 +10,6 @@ char* Write(char* pOut, const char* pText, int pLength) {
     return pOut + pLength;
 }
 
-template <typename Number>
-bool ShowNumber(KString& pDst, Number pSrc) {
-    char lText[32];
-    const int lLength = lyrFormat(lText, pSrc);
-    return pDst.Assign(lText, lLength);
-}
-
 template <int Size>
 bool ShowText(KString& pDst, const char (&pText)[Size]) {
     return pDst.Assign(pText, Size - 1);
@@ -25,11 +18,11 @@ bool ShowText(KString& pDst, const char (&pText)[Size]) {
 }  // namespace
 
 bool ShowInteger(KString& pDst, int pSrc) {
-    return ShowNumber(pDst, pSrc);
+    return pDst.Assign(pSrc);
 }
 
 bool ShowFloat(KString& pDst, float pSrc) {
-    return ShowNumber(pDst, pSrc);
+    return pDst.Assign(pSrc);
 }
 
 bool ShowDoubles(KString& pDst, const double* pSrc, int pCount) {

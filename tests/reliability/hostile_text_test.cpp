@@ -70,6 +70,9 @@ TEST(HostileText, Strings) {
              EXPECT_TRUE(p.mText.Assign(p.mText.Buffer(), p.mText.GetLen()));
              const FailAllocations lFail(0, true);
              EXPECT_FALSE(p.mText.Assign(HostileTexts().back().c_str(), 1 << 20));
+             EXPECT_FALSE(p.mEmpty.Assign(INT_MIN));
+             EXPECT_FALSE(p.mEmpty.Assign(-DBL_MAX));
+             EXPECT_FALSE(p.mEmpty.Assign(std::numeric_limits<float>::signaling_NaN()));
          }},
         {"KString::Assign", kSome,
          [](Strings& p) {
@@ -80,6 +83,14 @@ TEST(HostileText, Strings) {
              for (int lLength : {0, 1, INT_MAX})
                  EXPECT_TRUE(p.mText.Assign(nullptr, lLength));
              EXPECT_TRUE(p.mText.IsEmpty());
+             for (int lValue : {INT_MIN, -1, 0, INT_MAX}) {
+                 EXPECT_TRUE(p.mText.Assign(lValue));
+                 EXPECT_EQ(StdText(p.mText), std::to_string(lValue));
+             }
+             EXPECT_TRUE(p.mText.Assign(-DBL_MAX));
+             EXPECT_EQ(StdText(p.mText), "-1.7976931348623157e+308");
+             EXPECT_TRUE(p.mText.Assign(std::numeric_limits<float>::signaling_NaN()));
+             EXPECT_EQ(StdText(p.mText), "nan");
          }},
         {"KString::Append", kNothing,
          [](Strings& p) {

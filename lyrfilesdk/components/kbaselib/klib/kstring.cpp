@@ -46,6 +46,19 @@ void SetLength(char* pText, int pLength) {
     pText[pLength] = '\0';
 }
 
+// pText when it has room for pRoom bytes, or a new block, or null.
+char* WithRoom(char* pText, int pRoom) {
+    return pText && HeaderOf(pText)->mRoom >= pRoom ? pText : NewText(pRoom);
+}
+
+// Puts another block, or the same one, in the place of pText.
+void Replace(char*& pText, char* pNew) {
+    if (pText == pNew)
+        return;
+    FreeText(pText);
+    pText = pNew;
+}
+
 // The length of a C text; -1 when an int cannot hold it.
 int LengthOf(const char* pText) {
     const std::size_t lLength = pText ? std::strlen(pText) : 0;
@@ -63,18 +76,15 @@ KString::KString(const char* pText) {
 }
 
 KString::KString(int pValue) {
-    char lBuffer[32];
-    Assign(lBuffer, lyrFormat(lBuffer, pValue));
+    Assign(pValue);
 }
 
 KString::KString(float pValue) {
-    char lBuffer[32];
-    Assign(lBuffer, lyrFormat(lBuffer, pValue));
+    Assign(pValue);
 }
 
 KString::KString(double pValue) {
-    char lBuffer[32];
-    Assign(lBuffer, lyrFormat(lBuffer, pValue));
+    Assign(pValue);
 }
 
 KString& KString::operator=(const KString& pOther) {
@@ -103,20 +113,40 @@ bool KString::Assign(const char* pText, int pLength) {
         Clear();
         return true;
     }
-    char* lText = mText;
-    if (!lText || HeaderOf(lText)->mRoom < pLength) {
-        lText = NewText(pLength);
-        if (!lText)
-            return false;
-    }
+    char* lText = WithRoom(mText, pLength);
+    if (!lText)
+        return false;
     // The source may lie in the old block, which is therefore freed last.
     std::memmove(lText, pText, static_cast<std::size_t>(pLength));
     SetLength(lText, pLength);
-    if (lText != mText) {
-        FreeText(mText);
-        mText = lText;
-    }
+    Replace(mText, lText);
     return true;
+}
+
+bool KString::Assign(int pValue) {
+    const unsigned int lBits = static_cast<unsigned int>(pValue);
+    const unsigned int lMagnitude = pValue < 0 ? 0 - lBits : lBits;
+    int lLength = pValue < 0 ? 2 : 1;
+    for (unsigned int lPower : {10u, 100u, 1000u, 10000u, 100000u, 1000000u, 10000000u, 100000000u, 1000000000u})
+        lLength += lMagnitude >= lPower;
+    char* lText = WithRoom(mText, lLength);
+    if (!lText)
+        return false;
+    // In its place: bytes that were just written one by one are slow to copy as words.
+    std::to_chars(lText, lText + lLength, pValue);
+    SetLength(lText, lLength);
+    Replace(mText, lText);
+    return true;
+}
+
+bool KString::Assign(float pValue) {
+    char lBuffer[32];
+    return Assign(lBuffer, lyrFormat(lBuffer, pValue));
+}
+
+bool KString::Assign(double pValue) {
+    char lBuffer[32];
+    return Assign(lBuffer, lyrFormat(lBuffer, pValue));
 }
 
 bool KString::Append(const char* pText) {
@@ -145,10 +175,7 @@ bool KString::Append(const char* pText, int pLength) {
     }
     std::memmove(lText + lOldLength, pText, static_cast<std::size_t>(pLength));
     SetLength(lText, lLength);
-    if (lText != mText) {
-        FreeText(mText);
-        mText = lText;
-    }
+    Replace(mText, lText);
     return true;
 }
 

@@ -50,6 +50,10 @@ public:
 
     // Takes pLength bytes of pText. False when there is no memory or pLength < 0; the text is then unchanged.
     bool Assign(const char* pText, int pLength);
+    // Takes the number's text, as lyrFormat writes it. False, and unchanged, when there is no memory.
+    bool Assign(int pValue);
+    bool Assign(float pValue);
+    bool Assign(double pValue);
     // Puts the given text behind this one. False, and unchanged, when there is no memory, the length is below 0, or the
     // sum would not fit an int.
     bool Append(const char* pText);

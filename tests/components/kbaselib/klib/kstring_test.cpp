@@ -195,6 +195,9 @@ TEST(KString, LosesNothingWithoutMemory) {
     const KString lOther("a text that needs a larger block");
     FailAllocations lFail(0, true);
     EXPECT_FALSE(lString.Assign(lOther, lOther.GetLen()));
+    EXPECT_FALSE(lString.Assign(-1234));
+    EXPECT_FALSE(lString.Assign(12.25));
+    EXPECT_FALSE(lString.Assign(12.25f));
     EXPECT_FALSE(lString.Append(lOther));
     lString = lOther;
     lString = "a text that needs a larger block";
@@ -204,9 +207,11 @@ TEST(KString, LosesNothingWithoutMemory) {
     EXPECT_TRUE(KString(12).IsEmpty());
     EXPECT_TRUE((lOther + "x").IsEmpty());
     EXPECT_TRUE((lOther + lString).IsEmpty());
-    EXPECT_EQ(lFail.Failed(), 9u);
+    EXPECT_EQ(lFail.Failed(), 12u);
     EXPECT_TRUE(lString.Assign("fits", 4));
     EXPECT_EQ(Text(lString), "fits");
+    EXPECT_TRUE(lString.Assign(1234));
+    EXPECT_EQ(Text(lString), "1234");
 }
 
 TEST(KString, SumIsEmptyWhenOnlyTheSecondHalfFindsNoMemory) {
@@ -240,6 +245,36 @@ TEST(NumberText, WritesIntegersInDecimal) {
     char lBuffer[32];
     EXPECT_EQ(lyrFormat(lBuffer, INT_MIN), 11);
     EXPECT_STREQ(lBuffer, "-2147483648");
+}
+
+TEST(NumberText, ARealTakesThePlaceOfAnyText) {
+    LeakCheck lLeaks;
+    for (const char* lOld : {"", "7", "a text with room for every real"}) {
+        KString lString(lOld);
+        ASSERT_TRUE(lString.Assign(0.1));
+        EXPECT_EQ(Text(lString), "0.1");
+        ASSERT_TRUE(lString.Assign(1.0f / 3.0f));
+        EXPECT_EQ(Text(lString), "0.33333334");
+        ASSERT_TRUE(lString.Assign(1.0 / 3.0));
+        EXPECT_EQ(Text(lString), "0.3333333333333333");
+    }
+}
+
+TEST(NumberText, AnIntegerTakesThePlaceOfAnyText) {
+    LeakCheck lLeaks;
+    for (long long lPower = 1; lPower <= 10000000000; lPower *= 10) {
+        for (long long lNumber : {lPower - 1, lPower, lPower + 1, 1 - lPower, -lPower, -1 - lPower}) {
+            if (lNumber < INT_MIN || lNumber > INT_MAX)
+                continue;
+            const int lValue = static_cast<int>(lNumber);
+            for (const char* lOld : {"", "7", "a text with room for every integer"}) {
+                KString lString(lOld);
+                ASSERT_TRUE(lString.Assign(lValue));
+                EXPECT_EQ(Text(lString), std::to_string(lValue));
+                EXPECT_EQ(Text(lString), Text(KString(lValue)));
+            }
+        }
+    }
 }
 
 TEST(NumberText, WritesRealsAsShortAsTheyReadBack) {
