@@ -1,5 +1,6 @@
 #include "lyrfilesdk/lyrcore/klyrpropertypage.h"
 
+#include <algorithm>
 #include <climits>
 
 #include "lyrfilesdk/lyrcore/klyrdescendentwalk.h"
@@ -10,6 +11,9 @@ namespace {
 
 // Records that a family root makes room for; most root pages stay below it.
 constexpr unsigned int kRootReserve = 32;
+
+// Room that a page makes for its first entries at a time: most instances hold no more than these. One less is served.
+constexpr unsigned int kFewRecords = 4;
 
 // Records of entries that went which a page always puts up with.
 constexpr unsigned int kDeadRecords = 32;
@@ -318,12 +322,16 @@ KLyrPropertyEntry* KLyrPropertyPage::GetPropertyEntry(int pId, KLyrPropertyPage*
 
 // As the map's Insert, but all records may move. The map's allocator takes nothing back, so that entries which come and
 // go would make it grow without end. When it would have to grow and most of its records are dead, the living ones move
-// to a new one that as many again fit into; that many insertions pay for the move. Without memory for it the map grows.
+// to a new one that as many again fit into; that many insertions pay for the move. Else it grows by half, in one block.
 KPair<KLyrPropertyPage::KEntryMap::RecordType*, bool> KLyrPropertyPage::InsertRecord(int pId,
                                                                                      KLyrPropertyEntry* pEntry) {
-    const unsigned int lLive = static_cast<unsigned int>(mEntries.GetSize());
-    if (mEntries.GetReservedCount() > std::size_t(2) * lLive + kDeadRecords && !mEntries.HasRoom())
-        mEntries.Compact(lLive + kDeadRecords);
+    if (!mEntries.HasRoom()) {
+        const unsigned int lLive = static_cast<unsigned int>(mEntries.GetSize());
+        const bool lMostlyDead = mEntries.GetReservedCount() > std::size_t(2) * lLive + kDeadRecords;
+        const bool lMoved = lMostlyDead && mEntries.Compact(lLive + kDeadRecords);
+        if (!lMoved && !mEntries.Reserve(std::max(kFewRecords, lLive / 2)))
+            return KPair<KEntryMap::RecordType*, bool>(nullptr, false);
+    }
     return mEntries.Insert(pId, pEntry);
 }
 

@@ -126,8 +126,9 @@ bool KLyrPropertyPage::Set(int pId, const void* pValue, ELyrType pValueType, boo
             return lOwn;
         }
     }
-    KLyrPropertyValue* lOwn = ChangePropertyItemState<KLyrPropertyValue>(nullptr, pId, eLyrOverride);
-    return lOwn && lOwn->Set(pValue, pValueType);
+    if (lHolder != this)
+        lItem = ChangePropertyItemState<KLyrPropertyValue>(nullptr, pId, eLyrOverride);
+    return lItem && lItem->Set(pValue, pValueType);
 }
 
 KLyrInheritType KLyrPropertyPage::GetValueInherit(int pId, bool pCheckInstanceOf) const {
