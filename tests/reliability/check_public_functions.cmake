@@ -11,8 +11,8 @@ cmake_minimum_required(VERSION 3.25)
 
 set(lFolder "${SOURCE_DIR}/tests/reliability")
 
-# Internal to the library, though a header.
-set(lInternal "klyrconnectionindex")
+# Internal to the library, though headers.
+set(lInternal klyrconnectionindex klyrdescendentwalk klyrpropertyindex)
 
 # The lines of a file as a list; brackets and semicolons, which would upset one, are spelled out.
 function(read_lines pFile pResult)

@@ -496,5 +496,51 @@ TEST(FailingMemoryPage, ReadsWalksAndTakesAwayWithoutMemory) {
     EXPECT_EQ(lFail.Failed(), 0u);
 }
 
+// An index, and the room for walks, are got or grow when there is memory for them. Without, the property is there all
+// the same and every entry is looked at, until there is memory again.
+void ExpectFoundWithAnyMemory(int pProperties, int pReplaced) {
+    WithEveryAllocationFailing([pProperties, pReplaced](FailurePoint pPoint) {
+        KLyrPropertyPage* lPage = KLyrPropertyPage::Create("root", eUNIDENTIFIED);
+        const auto lAdd = [lPage](int pNumber) {
+            return lPage->Add(pNumber % 2, ("p" + std::to_string(pNumber)).c_str(), eINTEGER1);
+        };
+        int lNumber = 0;
+        while (lNumber < pProperties)
+            lAdd(lNumber++);
+        for (int i = 0; i < pReplaced; ++i) {
+            lAdd(2 * lNumber++);
+            lPage->RemoveOwnEntry(lPage->GetChild(0));
+        }
+        int lAdded = -1;
+        std::size_t lFailed = 0;
+        {
+            const FailAllocations lFail(pPoint.mFirst, pPoint.mForever);
+            lAdded = lPage->Add(1, "Sought", eINTEGER1);
+            lFailed = lFail.Failed();
+        }
+        EXPECT_EQ(lPage->FastFind(1, "Sought", nullptr, true), lAdded);
+        EXPECT_EQ(lPage->FastFind(1, "sought", nullptr, false), lAdded);
+        const int lBehind = lAdd(1);
+        for (int i = 0; i < 70; ++i)
+            lPage->Add(0, ("q" + std::to_string(i)).c_str(), eINTEGER1);
+        const int lNext = lAdded == -1 ? lBehind : lAdded;
+        EXPECT_EQ(lPage->GetNextDescendent(1, lNext - 1), lNext);
+        EXPECT_EQ(lPage->FastFind(1, "SOUGHT", nullptr, false), lAdded);
+        EXPECT_EQ(lPage->FastFind(0, "Q69", nullptr, false), lBehind + 70);
+        lPage->Destroy();
+        return lFailed;
+    });
+}
+
+TEST(FailingMemoryIndex, IsNotNeededToFindWhatWasAdded) {
+    for (const int lProperties : {14, 15, 30, 31, 62, 63, 126})
+        ExpectFoundWithAnyMemory(lProperties, 0);
+}
+
+TEST(FailingMemoryIndex, IsNotNeededToFindWhatWasAddedWhenItsRecordsWouldMove) {
+    for (int lReplaced = 20; lReplaced <= 60; ++lReplaced)
+        ExpectFoundWithAnyMemory(24, lReplaced);
+}
+
 }  // namespace
 }  // namespace lyrsdk
