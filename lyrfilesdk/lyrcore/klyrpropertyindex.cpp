@@ -150,8 +150,6 @@ int KLyrPropertyIndex::NextSibling(const KLyrPropertyEntry* pEntry) {
 // --- namesakes -----------------------------------------------------------------------------------------------------
 
 const KLyrPropertyEntry* KLyrPropertyIndex::FirstNamesake(int pParentId, const Name& pName) const {
-    if (!mTable)
-        return nullptr;
     const KLyrPropertyEntry* lLast = mTable[FindSlot(pParentId, pName.mText, Hash(pParentId, pName))];
     return lLast ? NodeOf(lLast).mNext : nullptr;
 }

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <locale.h>
 #include <strings.h>
 
 #include <cstring>
@@ -352,6 +353,36 @@ TEST_F(InterleavedWalk, ComesToPropertiesThatWereAddedMeanwhile) {
         ASSERT_EQ(-1, Step(mIds.back()));
     }
     EXPECT_EQ(mIds, Descendents(mRoot->GetPage(), mOdd.GetId()));
+}
+
+// Each page has fewer entries than would make it ask for more room.
+TEST_F(InterleavedWalk, ComesToAllThatManyPagesHaveAddedTogether) {
+    OwnedRoot lMiddle(KLyrPropertyHandle::Create(*mRoot));
+    OwnedRoot lInstance(KLyrPropertyHandle::Create(*lMiddle));
+    for (int i = 0; i < 15; ++i) {
+        for (const KLyrPropertyHandle& lPage : {*mRoot, *lMiddle, *lInstance}) {
+            mIds.push_back(AddChild(On(lPage, mOdd), "child", eINTEGER1).GetId());
+            if (i < 14 || lPage == *mRoot)
+                AddChild(On(lPage, mEven), "child", eINTEGER1);
+        }
+    }
+    EXPECT_EQ(mIds, Descendents(lInstance->GetPage(), mOdd.GetId()));
+    EXPECT_EQ(DescendentsByScan(lMiddle->GetPage(), mOdd.GetId()), Descendents(lMiddle->GetPage(), mOdd.GetId()));
+}
+
+// In this locale only ASCII letters are single bytes.
+TEST_F(PropertyIndex, FindsNamesWithoutCaseInALocaleOfManyBytes) {
+    const locale_t lManyBytes = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+    ASSERT_NE(lManyBytes, nullptr);
+    const locale_t lBefore = uselocale(lManyBytes);
+    OwnedRoot lRoot(KLyrPropertyHandle::Create("root", eUNIDENTIFIED));
+    for (int i = 0; i < 40; ++i)
+        AddChild(*lRoot, kNames[i % kNameCount], eINTEGER1);
+    const Page* lPage = lRoot->GetPage();
+    for (const char* lName : kNames)
+        EXPECT_EQ(FindByScan(lPage, 0, lName, nullptr, false), lPage->FastFind(0, lName, nullptr, false)) << lName;
+    uselocale(lBefore);
+    freelocale(lManyBytes);
 }
 
 // A new page may lie where the last walk's page did.
