@@ -97,7 +97,7 @@ struct FirstWalk {
 
 template <typename Tree>
 const FirstWalk& KeptFirstWalk(Shape pShape, int pCount) {
-    constexpr double kPatience = 2;
+    constexpr double kPatience = 1;
     static std::map<std::pair<Shape, int>, FirstWalk> sWalks;
     const auto lFound = sWalks.find({pShape, pCount});
     if (lFound != sWalks.end())

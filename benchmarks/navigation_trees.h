@@ -89,7 +89,7 @@ public:
     explicit Patience(double pSeconds) : mEnd(CpuSeconds() + pSeconds) {}
 
     bool IsOver() {
-        if (++mSteps % 64)
+        if (++mSteps % 16)
             return false;
         return CpuSeconds() > mEnd;
     }
@@ -112,14 +112,12 @@ Seen Walk(const Tree& pTree, std::vector<typename Tree::Node>& pPath, Until pUnt
     typename Tree::Node lNode = pTree.Root();
     for (;;) {
         lSeen.See(pTree.Id(lNode));
-        if (pUntil.IsOver())
-            return lSeen;
         typename Tree::Node lNext = pTree.Child(lNode);
         if (pTree.Is(lNext)) {
             pPath.push_back(lNode);
         } else {
             for (;;) {
-                if (pPath.empty())
+                if (pPath.empty() || pUntil.IsOver())
                     return lSeen;
                 lNext = pTree.Sibling(lNode);
                 if (pTree.Is(lNext))
