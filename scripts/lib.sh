@@ -9,6 +9,9 @@ gTestPackages="$gBuildPackages g++-multilib pkg-config"
 gCheckPackages="clang clang-format libclang-rt-14-dev"
 gAnalyzePackages="$gBuildPackages clang clang-tidy cppcheck"
 gValgrindPackages="$gTestPackages valgrind"
+gInstructionPackages="$gTestPackages valgrind libbenchmark-dev python3"
+gPeerPackages="libabsl-dev libboost-dev qt6-base-dev libglib2.0-dev libcoin-dev librttr-dev libimath-dev"
+gBenchPackages="$gTestPackages libbenchmark-dev python3 $gPeerPackages"
 
 say() {
     printf '%s\n' "$*" >&2
@@ -43,6 +46,25 @@ need_packages() {
     fi
     say "Installing $lMissing"
     quietly "${lRoot[@]}" apt-get update
+    # shellcheck disable=SC2086 # a list of words
+    quietly "${lRoot[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends $lMissing
+}
+
+# The same for packages of the 32-bit architecture, named without it. The lists of that architecture need not all be
+# there.
+need_packages_i386() {
+    local lMissing lRoot=()
+    command -v dpkg-query >/dev/null || return 0
+    lMissing=$(missing_packages "${@/%/:i386}" | tr '\n' ' ')
+    [ -n "$lMissing" ] || return 0
+    if [ "$(id -u)" != 0 ]; then
+        command -v sudo >/dev/null ||
+            die "These packages are missing: $lMissing(as root: dpkg --add-architecture i386; apt-get update; apt-get install)"
+        lRoot=(sudo)
+    fi
+    say "Installing $lMissing"
+    quietly "${lRoot[@]}" dpkg --add-architecture i386
+    "${lRoot[@]}" apt-get update >/dev/null 2>&1 || true
     # shellcheck disable=SC2086 # a list of words
     quietly "${lRoot[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends $lMissing
 }
