@@ -71,16 +71,20 @@ inline std::vector<Links> LinksOf(const Parents& pParents) {
     return lLinks;
 }
 
-// What a walk has seen: how many nodes, and a number that depends on them and on their order.
+// What a walk has seen: how many nodes, a number that depends on them and on their order, and whether it came to its
+// end.
 struct Seen {
     std::size_t count = 0;
     std::size_t order = 0;
+    bool complete = false;
 
     void See(int pId) {
         ++count;
         order = order * 31 + static_cast<std::size_t>(pId) + 1;
     }
-    bool operator==(const Seen& pOther) const { return count == pOther.count && order == pOther.order; }
+    bool operator==(const Seen& pOther) const {
+        return count == pOther.count && order == pOther.order && complete == pOther.complete;
+    }
 };
 
 // Gives a walk up that would take too long to be worth its time.
@@ -117,7 +121,8 @@ Seen Walk(const Tree& pTree, std::vector<typename Tree::Node>& pPath, Until pUnt
             pPath.push_back(lNode);
         } else {
             for (;;) {
-                if (pPath.empty() || pUntil.IsOver())
+                lSeen.complete = pPath.empty();
+                if (lSeen.complete || pUntil.IsOver())
                     return lSeen;
                 lNext = pTree.Sibling(lNode);
                 if (pTree.Is(lNext))
