@@ -13,16 +13,16 @@ class OurObjects {
 public:
     static constexpr char kName[] = "ours";
 
-    explicit OurObjects(int pCount)
+    OurObjects(int pCount, bool pPairs)
         : mHub(KLyrPropertyHandle::Create("hub", eDOUBLE1)),
-          mSources(MakeObjects(pCount)),
+          mSources(MakeObjects(pPairs ? pCount : 0)),
           mPeers(MakeObjects(pCount)) {}
     ~OurObjects() {
         mHub.Destroy();
-        for (std::size_t i = 0; i < mPeers.size(); ++i) {
-            mSources[i].Destroy();
-            mPeers[i].Destroy();
-        }
+        for (KLyrPropertyHandle& lSource : mSources)
+            lSource.Destroy();
+        for (KLyrPropertyHandle& lPeer : mPeers)
+            lPeer.Destroy();
     }
     OurObjects(const OurObjects&) = delete;
     OurObjects& operator=(const OurObjects&) = delete;
@@ -73,7 +73,7 @@ void TimeCount(benchmark::State& pState, int pCount, bool pFiltered) {
 
 void CountRequestedBytes(benchmark::State& pState, bool pPairs) {
     constexpr int kCount = 10000;
-    OurObjects lObjects(kCount);
+    OurObjects lObjects(kCount, pPairs);
     {
         const LibraryMemory lMemory;
         for (int i = 0; i < kCount; ++i)

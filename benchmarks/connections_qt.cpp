@@ -18,9 +18,9 @@ class Signals {
 public:
     static constexpr char kName[] = "Qt";
 
-    explicit Signals(int pCount)
+    Signals(int pCount, bool pPairs)
         : mHub(std::make_unique<Counted>()),
-          mSources(MakeObjects<Counted>(pCount)),
+          mSources(MakeObjects<Counted>(pPairs ? pCount : 0)),
           mPeers(MakeObjects<QObject>(pCount)),
           mConnections(static_cast<std::size_t>(pCount)) {}
 

@@ -26,7 +26,8 @@ void Require(bool pDone, const std::string& pMessage);
 double CpuSeconds();
 
 using SideFunction = std::function<void(benchmark::State&)>;
-void AddSide(const std::string& pRow, const std::string& pSide, SideFunction pFunction);
+// With pPasses just so many passes are made in a repetition, where making a pass ready takes far longer than the pass.
+void AddSide(const std::string& pRow, const std::string& pSide, SideFunction pFunction, int pPasses = 0);
 
 // A file-level object of this class adds the sides that the file has.
 struct Registration {
