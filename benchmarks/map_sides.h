@@ -86,12 +86,12 @@ void TimeMapFill(benchmark::State& pState, const std::vector<int>& pKeys) {
 template <typename Side>
 void TimeMapFind(benchmark::State& pState, int pSize) {
     const std::vector<int> lKeys = ShuffledIds(pSize, 1);
-    const std::vector<int> lQuestions = ShuffledIds(pSize, 2);
+    const std::vector<int> lQuestions = RandomIds(kQuestionCount, pSize, 2);
     Maps<Side> lMaps(pSize);
     lMaps.Make();
     lMaps.Fill(lKeys);
     Require(lMaps.Hold(pSize), std::string(Side::kName) + " finds");
-    Measure(pState, pSize, [&] {
+    Measure(pState, static_cast<double>(lQuestions.size()), [&] {
         std::uintptr_t lSum = 0;
         for (int lKey : lQuestions)
             lSum += reinterpret_cast<std::uintptr_t>(Side::Find(lMaps.First(), lKey));

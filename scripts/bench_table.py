@@ -16,8 +16,9 @@ import sys
 
 OURS = "ours"
 ALLOWED_DRIFT = 0.03
-# Times grow a little beyond the law, because more data fits a smaller cache less well.
-CACHES = 2
+# Times grow beyond the law, because more data comes from a slower cache. A law that is broken shows as far more: as
+# the factor between the two sizes, which is 100 in most rows.
+CACHES = 4
 
 
 # --- targets ---------------------------------------------------------------------------------------------------------

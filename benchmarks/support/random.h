@@ -30,6 +30,18 @@ void Shuffle(std::vector<T>& pValues, std::uint32_t pSeed) {
         std::swap(pValues[i - 1], pValues[lRandom.Below(static_cast<std::uint32_t>(i))]);
 }
 
+// How many questions are asked in a row: processors learn the branches of a few thousand by heart.
+constexpr int kQuestionCount = 65536;
+
+// pCount numbers below pLimit.
+inline std::vector<int> RandomIds(int pCount, int pLimit, std::uint32_t pSeed) {
+    Random lRandom(pSeed);
+    std::vector<int> lIds;
+    for (int i = 0; i < pCount; ++i)
+        lIds.push_back(static_cast<int>(lRandom.Below(static_cast<std::uint32_t>(pLimit))));
+    return lIds;
+}
+
 // 0 to pCount - 1 in random order.
 inline std::vector<int> ShuffledIds(int pCount, std::uint32_t pSeed) {
     std::vector<int> lIds;
