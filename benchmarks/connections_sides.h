@@ -53,94 +53,71 @@ void TimeHub(benchmark::State& pState, int pCount, bool pConnected, int pLeft, W
         pState, pCount, [&] { lSide = MakeHub<Side>(pCount, pConnected); }, [&] { pWork(*lSide); }, lClear);
 }
 
-// A hundred thousand objects take longer to make than to connect.
-constexpr int PassesOf(int pCount) {
-    return pCount < 100000 ? 0 : 1;
-}
-
 template <typename Side>
 void AddHubSides(int pCount) {
     const std::string lOf = "/" + std::to_string(pCount);
-    const int lPasses = PassesOf(pCount);
-    AddSide(
-        "connect hub" + lOf, Side::kName,
-        [pCount](auto& pState) {
-            TimeHub<Side>(pState, pCount, false, pCount, [pCount](Side& pSide) {
-                for (int i = 0; i < pCount; ++i)
-                    pSide.Connect(i);
-            });
-        },
-        lPasses);
+    AddSide("connect hub" + lOf, Side::kName, [pCount](auto& pState) {
+        TimeHub<Side>(pState, pCount, false, pCount, [pCount](Side& pSide) {
+            for (int i = 0; i < pCount; ++i)
+                pSide.Connect(i);
+        });
+    });
     for (const char* lName : {"forward", "backward", "random"}) {
-        AddSide(
-            std::string("disconnect hub ") + lName + lOf, Side::kName,
-            [pCount, lName](auto& pState) {
-                const std::vector<int> lOrder = ConnectionOrder(lName, pCount);
-                TimeHub<Side>(pState, pCount, true, 0, [&lOrder](Side& pSide) {
-                    for (int lIndex : lOrder)
-                        pSide.Disconnect(lIndex);
-                });
-            },
-            lPasses);
-    }
-    AddSide(
-        "destroy hub" + lOf, Side::kName,
-        [pCount](auto& pState) { TimeHub<Side>(pState, pCount, true, 0, [](Side& pSide) { pSide.DestroyHub(); }); },
-        lPasses);
-    AddSide(
-        "destroy peers of hub" + lOf, Side::kName,
-        [pCount](auto& pState) {
-            const std::vector<int> lOrder = ConnectionOrder("random", pCount);
+        AddSide(std::string("disconnect hub ") + lName + lOf, Side::kName, [pCount, lName](auto& pState) {
+            const std::vector<int> lOrder = ConnectionOrder(lName, pCount);
             TimeHub<Side>(pState, pCount, true, 0, [&lOrder](Side& pSide) {
                 for (int lIndex : lOrder)
-                    pSide.Destroy(lIndex);
+                    pSide.Disconnect(lIndex);
             });
-        },
-        lPasses);
+        });
+    }
+    AddSide("destroy hub" + lOf, Side::kName, [pCount](auto& pState) {
+        TimeHub<Side>(pState, pCount, true, 0, [](Side& pSide) { pSide.DestroyHub(); });
+    });
+    AddSide("destroy peers of hub" + lOf, Side::kName, [pCount](auto& pState) {
+        const std::vector<int> lOrder = ConnectionOrder("random", pCount);
+        TimeHub<Side>(pState, pCount, true, 0, [&lOrder](Side& pSide) {
+            for (int lIndex : lOrder)
+                pSide.Destroy(lIndex);
+        });
+    });
 }
 
 template <typename Side>
 void AddPairSides(int pCount) {
     const std::string lOf = "/" + std::to_string(pCount);
-    const int lPasses = PassesOf(pCount);
-    AddSide(
-        "connect pairs" + lOf, Side::kName,
-        [pCount](auto& pState) {
-            std::unique_ptr<Side> lSide;
-            const auto lWork = [&] {
-                for (int i = 0; i < pCount; ++i)
-                    lSide->ConnectPair(i);
-            };
-            const auto lClear = [&] {
-                Require(lSide->Connections() == pCount, std::string(Side::kName) + " connects pairs");
-                lSide.reset();
-            };
-            MeasureBetween(
-                pState, pCount, [&] { lSide = std::make_unique<Side>(pCount, true); }, lWork, lClear);
-        },
-        lPasses);
-    AddSide(
-        "disconnect pairs" + lOf, Side::kName,
-        [pCount](auto& pState) {
-            const std::vector<int> lOrder = ConnectionOrder("random", pCount);
-            std::unique_ptr<Side> lSide;
-            const auto lPrepare = [&] {
-                lSide = std::make_unique<Side>(pCount, true);
-                for (int i = 0; i < pCount; ++i)
-                    lSide->ConnectPair(i);
-                Require(lSide->Connections() == pCount, std::string(Side::kName) + " connects pairs");
-            };
-            const auto lWork = [&] {
-                for (int lIndex : lOrder)
-                    lSide->DisconnectPair(lIndex);
-            };
-            const auto lClear = [&] {
-                Require(lSide->Connections() == 0, std::string(Side::kName) + " disconnects pairs");
-                lSide.reset();
-            };
-            MeasureBetween(pState, pCount, lPrepare, lWork, lClear);
-        },
-        lPasses);
+    AddSide("connect pairs" + lOf, Side::kName, [pCount](auto& pState) {
+        std::unique_ptr<Side> lSide;
+        const auto lWork = [&] {
+            for (int i = 0; i < pCount; ++i)
+                lSide->ConnectPair(i);
+        };
+        const auto lClear = [&] {
+            Require(lSide->Connections() == pCount, std::string(Side::kName) + " connects pairs");
+            lSide.reset();
+        };
+        MeasureBetween(
+            pState, pCount, [&] { lSide = std::make_unique<Side>(pCount, true); }, lWork, lClear);
+    });
+    AddSide("disconnect pairs" + lOf, Side::kName, [pCount](auto& pState) {
+        const std::vector<int> lOrder = ConnectionOrder("random", pCount);
+        std::unique_ptr<Side> lSide;
+        const auto lPrepare = [&] {
+            lSide = std::make_unique<Side>(pCount, true);
+            for (int i = 0; i < pCount; ++i)
+                lSide->ConnectPair(i);
+            Require(lSide->Connections() == pCount, std::string(Side::kName) + " connects pairs");
+        };
+        const auto lWork = [&] {
+            for (int lIndex : lOrder)
+                lSide->DisconnectPair(lIndex);
+        };
+        const auto lClear = [&] {
+            Require(lSide->Connections() == 0, std::string(Side::kName) + " disconnects pairs");
+            lSide.reset();
+        };
+        MeasureBetween(pState, pCount, lPrepare, lWork, lClear);
+    });
 }
 
 // What the hub and its peers take more for being connected.

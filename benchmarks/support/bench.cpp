@@ -20,15 +20,14 @@ double CpuSeconds() {
     return static_cast<double>(lTime.tv_sec) + static_cast<double>(lTime.tv_nsec) * 1e-9;
 }
 
-void AddSide(const std::string& pRow, const std::string& pSide, SideFunction pFunction, int pPasses) {
+void AddSide(const std::string& pRow, const std::string& pSide, SideFunction pFunction) {
     // Peers are compared with on 64 bits.
     if (sizeof(void*) == 4 && pSide != "ours")
         return;
-    benchmark::internal::Benchmark* lSide =
-        benchmark::RegisterBenchmark((pRow + '|' + pSide).c_str(), std::move(pFunction));
-    lSide->UseManualTime()->Unit(benchmark::kNanosecond);
-    if (pPasses > 0)
-        lSide->Iterations(pPasses);
+    benchmark::RegisterBenchmark((pRow + '|' + pSide).c_str(), std::move(pFunction))
+        ->UseManualTime()
+        ->Iterations(1)
+        ->Unit(benchmark::kNanosecond);
 }
 
 void ReportAmount(benchmark::State& pState, double pAmount, double pItems) {

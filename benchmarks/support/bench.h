@@ -7,7 +7,7 @@
 // what it leaves is cleared away, outside. Before it counts, a side shows that it does the work.
 //
 // In Google Benchmark's terms a side is a benchmark with manual time, named "row|side", with these counters:
-//   items   how many operations one iteration stands for
+//   items   how many operations the one iteration of a repetition stands for
 //   cut     1 when the work was given up before its end; items says how far it got
 //   amount  in place of a time, what the row counts: bytes, allocations
 
@@ -15,7 +15,6 @@
 
 #include <functional>
 #include <string>
-#include <utility>
 
 namespace lyrsdk::bench {
 
@@ -26,57 +25,62 @@ void Require(bool pDone, const std::string& pMessage);
 double CpuSeconds();
 
 using SideFunction = std::function<void(benchmark::State&)>;
-// With pPasses just so many passes are made in a repetition, where making a pass ready takes far longer than the pass.
-void AddSide(const std::string& pRow, const std::string& pSide, SideFunction pFunction, int pPasses = 0);
+void AddSide(const std::string& pRow, const std::string& pSide, SideFunction pFunction);
 
 // A file-level object of this class adds the sides that the file has.
 struct Registration {
     explicit Registration(void (*pAddSides)()) { pAddSides(); }
 };
 
-// No pass is timed alone that is shorter than this: reading the clock takes a quarter of a microsecond. One that is
-// longer than the other limit counts as it is, and is not tried out before.
+// A repetition makes passes over the work until it has timed so much, or has spent so much with all that goes around
+// the passes. Reading the clock takes a quarter of a microsecond; short passes are timed several at a time.
+constexpr double kTimed = 0.02;
+constexpr double kSpent = 0.1;
 constexpr double kShortestPass = 50e-6;
-constexpr double kLongPass = 0.1;
 
 // Times work that has several passes in one, each between what makes it ready and what clears it away.
 template <typename Prepare, typename Work, typename Clear>
 void MeasureBetween(benchmark::State& pState, double pItems, Prepare pPrepare, Work pWork, Clear pClear) {
-    for ([[maybe_unused]] auto lPass : pState) {
-        pPrepare();
-        const double lStart = CpuSeconds();
-        pWork();
-        pState.SetIterationTime(CpuSeconds() - lStart);
-        pClear();
+    for ([[maybe_unused]] auto lRepetition : pState) {
+        const double lBegin = CpuSeconds();
+        double lTimed = 0;
+        double lPasses = 0;
+        do {
+            pPrepare();
+            const double lStart = CpuSeconds();
+            pWork();
+            lTimed += CpuSeconds() - lStart;
+            ++lPasses;
+            pClear();
+        } while (lTimed < kTimed && CpuSeconds() - lBegin < kSpent);
+        pState.SetIterationTime(lTimed);
+        pState.counters["items"] = pItems * lPasses;
     }
-    pState.counters["items"] = pItems;
 }
 
 // Times work that can be repeated as it is.
 template <typename Work>
 void Measure(benchmark::State& pState, double pItems, Work pWork) {
-    double lSeconds = 0;
     int lCount = 1;
-    for (;; lCount *= 2) {
+    const auto lMany = [&] {
         const double lStart = CpuSeconds();
         for (int i = 0; i < lCount; ++i)
             pWork();
-        lSeconds = CpuSeconds() - lStart;
-        if (lSeconds >= kShortestPass)
-            break;
+        return CpuSeconds() - lStart;
+    };
+    double lTimed = lMany();
+    // What was timed last counts only if it took long enough.
+    while (lTimed < kShortestPass) {
+        lCount *= 2;
+        lTimed = lMany();
     }
-    bool lFirst = true;
-    for ([[maybe_unused]] auto lPass : pState) {
-        if (std::exchange(lFirst, false) && lSeconds >= kLongPass) {
-            pState.SetIterationTime(lSeconds);
-            continue;
-        }
-        const double lStart = CpuSeconds();
-        for (int i = 0; i < lCount; ++i)
-            pWork();
-        pState.SetIterationTime(CpuSeconds() - lStart);
+    for ([[maybe_unused]] auto lRepetition : pState) {
+        double lPasses = lCount;
+        for (; lTimed < kTimed; lPasses += lCount)
+            lTimed += lMany();
+        pState.SetIterationTime(lTimed);
+        pState.counters["items"] = pItems * lPasses;
     }
-    pState.counters["items"] = pItems * lCount;
 }
 
 // Reports an amount for each of pItems things.
