@@ -7,6 +7,12 @@
 #include "lyrfilesdk/lyrcore/klyrpropertypage.h"
 
 namespace lyrsdk {
+namespace {
+
+// Collecting is worth its cost after so many ids at the earliest.
+constexpr int kFewMisses = 32;
+
+}  // namespace
 
 KLyrDescendentWalk* KLyrDescendentWalk::Enlarge(KLyrDescendentWalk* pOld, std::size_t pCount) {
     if (pCount > INT_MAX || (pOld && static_cast<int>(pCount) <= pOld->mCapacity))
@@ -32,6 +38,7 @@ void KLyrDescendentWalk::Destroy(KLyrDescendentWalk* pWalk) {
 // The list is its own queue: the children of each id in it are put behind.
 bool KLyrDescendentWalk::Collect(const KLyrPropertyPage* pPage, int pAncestorId, int pEnd) {
     Forget();
+    mMisses = 0;
     mCount = 0;
     int lParent = pAncestorId;
     for (int lTaken = 0;; lParent = mIds[lTaken++]) {
@@ -49,7 +56,16 @@ bool KLyrDescendentWalk::Collect(const KLyrPropertyPage* pPage, int pAncestorId,
     mExact = true;
     mEnd = pEnd;
     mPosition = 0;
+    mGoneFrom = 0;
+    mGoneTo = 0;
     return true;
+}
+
+bool KLyrDescendentWalk::IsDueAfterMiss() {
+    if (mMisses - kFewMisses >= mCount)
+        return true;
+    ++mMisses;
+    return false;
 }
 
 int KLyrDescendentWalk::NextBehind(int pId) {
@@ -57,7 +73,15 @@ int KLyrDescendentWalk::NextBehind(int pId) {
         ++mPosition;
     else
         mPosition = static_cast<int>(std::upper_bound(mIds, mIds + mCount, pId) - mIds);
+    if (mPosition >= mGoneFrom && mPosition < mGoneTo)
+        mPosition = mGoneTo;
     return mPosition < mCount ? mIds[mPosition] : -1;
+}
+
+void KLyrDescendentWalk::LastIsGone() {
+    if (mPosition != mGoneTo)
+        mGoneFrom = mPosition;
+    mGoneTo = mPosition + 1;
 }
 
 }  // namespace lyrsdk

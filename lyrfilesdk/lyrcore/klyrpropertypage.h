@@ -24,13 +24,14 @@
 //
 // Cost, for n properties on the chain of d pages: reading or writing a value or flags, a step in the tree and a lookup
 // by name are d searches of O(log n) each. A walk over the k descendants of a property is O(d k log n), wherever their
-// ids lie; it is remembered for the family, so that two walks that take turns step by step may cost k a step. No lookup,
-// read or walk allocates. The memory of entries that went is used again: a page holds room for about twice the entries
-// it had most at a time. A page of 16 entries or more has an index beside them, at about 110 bytes an entry (70 on 32
-// bit).
+// ids lie. One walk is remembered for the family: walks that take turns, and all once a property was added under a
+// larger id than its own, may look at every id between two descendants. No lookup, read or walk allocates. The memory
+// of entries that went is used again: a page holds room for about twice the entries it had most at a time. A page of 16
+// entries or more has an index beside them, at about 110 bytes an entry (70 on 32 bit).
 //
-// A page family is used by one thread at a time; different families may be used by different threads. Families that are
-// connected, or of which one types properties of the other, count as one: they are linked.
+// A page family is used by one thread at a time, for reading too: a walk writes down where it is. Different
+// families may be used by different threads. Families that are connected, or of which one types properties of the
+// other, count as one: they are linked.
 
 #include "lyrfilesdk/components/kbaselib/klib/kapi.h"
 #include "lyrfilesdk/components/kbaselib/klib/karrayul.h"
@@ -308,7 +309,10 @@ private:
     void EnlargeWalk();
     bool Inherits(int pId) const;
     EAscent Ascend(int pId, int pAncestorId) const;
-    KLyrDescendentWalk* WalkBelow(int pAncestorId) const;
+    int NextCollected(int pAncestorId, int pId) const;
+    KLyrDescendentWalk* WalkFor(int pAncestorId) const;
+    bool IsCollected(int pAncestorId) const;
+    int EndOfIds() const;
     int NextDescendentByScan(int pAnscestorId, int pId) const;
     void DropIfEmpty(int pId);
     void PushEntry(int pId, KLyrPropertyEntry* pEntry);

@@ -111,28 +111,41 @@ int KLyrPropertyPage::GetFirstDescendent(int pAnscestorId) const {
     return GetNextDescendent(pAnscestorId, pAnscestorId);
 }
 
-// Most often the next id is a descendant, close below its ancestor. When it is not, the family's walk knows the next
-// one, but for properties that were added since the descendants were collected.
+// Most often one of the next ids is a descendant, close below its ancestor.
 int KLyrPropertyPage::GetNextDescendent(int pAnscestorId, int pId) const {
     if (pId == -1)
         return -1;
-    const int lNext = GetMinimumPropertyIdAndEntry(pId);
-    if (lNext == -1 || (pAnscestorId > 0 && Ascend(lNext, pAnscestorId) == eArrived))
-        return lNext;
-    KLyrDescendentWalk* lWalk = pAnscestorId > 0 ? WalkBelow(pAnscestorId) : nullptr;
+    KLyrDescendentWalk* lWalk = WalkFor(pAnscestorId);
     if (!lWalk)
         return NextDescendentByScan(pAnscestorId, pId);
+    int lId = pId;
+    EAscent lAscent = eMissed;
+    do {
+        lId = GetMinimumPropertyIdAndEntry(lId);
+        lAscent = lId == -1 ? eArrived : Ascend(lId, pAnscestorId);
+    } while (lAscent == eMissed && !IsCollected(pAnscestorId) && !lWalk->IsDueAfterMiss());
+    if (lAscent == eArrived)
+        return lId;
+    if (IsCollected(pAnscestorId) || lWalk->Collect(this, pAnscestorId, EndOfIds()))
+        return NextCollected(pAnscestorId, pId);
+    return NextDescendentByScan(pAnscestorId, pId);
+}
 
+// The family's walk knows the next one, but for properties that were added since the descendants were collected.
+int KLyrPropertyPage::NextCollected(int pAncestorId, int pId) const {
+    KLyrDescendentWalk* lWalk = mIdGenerator->mWalk;
     int lId = lWalk->NextBehind(pId);
     while (lId != -1 && !lWalk->IsExact()) {
-        const EAscent lAscent = Ascend(lId, pAnscestorId);
+        const EAscent lAscent = Ascend(lId, pAncestorId);
         if (lAscent == eArrived)
             return lId;
-        if (lAscent == eTooFar && !lWalk->Collect(this, pAnscestorId, lWalk->GetEnd()))
-            return NextDescendentByScan(pAnscestorId, pId);  // LCOV_EXCL_LINE: there was room for more of them
-        lId = lWalk->NextBehind(lAscent == eTooFar ? pId : lId);
+        if (lAscent == eMissed)
+            lWalk->LastIsGone();
+        else if (!lWalk->Collect(this, pAncestorId, lWalk->GetEnd()))
+            return NextDescendentByScan(pAncestorId, pId);  // LCOV_EXCL_LINE: there was room for more of them
+        lId = lWalk->NextBehind(pId);
     }
-    return lId != -1 ? lId : NextDescendentByScan(pAnscestorId, std::max(pId, lWalk->GetEnd() - 1));
+    return lId != -1 ? lId : NextDescendentByScan(pAncestorId, std::max(pId, lWalk->GetEnd() - 1));
 }
 
 int KLyrPropertyPage::NextDescendentByScan(int pAnscestorId, int pId) const {
@@ -156,16 +169,21 @@ KLyrPropertyPage::EAscent KLyrPropertyPage::Ascend(int pId, int pAncestorId) con
     return eTooFar;
 }
 
-// The family's walk with the descendants of pAncestorId and not too many new properties behind them; null when there is
-// no room for them, or when parents may have larger ids than their children.
-KLyrDescendentWalk* KLyrPropertyPage::WalkBelow(int pAncestorId) const {
-    KLyrDescendentWalk* lWalk = mIdGenerator->mWalk;
-    if (!lWalk || mIdGenerator->mHasOddParents)
-        return nullptr;
-    const int lEnd = mIdGenerator->mNextId < 0 ? INT_MAX : mIdGenerator->mNextId;
-    if (lWalk->IsOf(this, pAncestorId) && lEnd - lWalk->GetEnd() <= lWalk->GetCount() + kFewSteps)
-        return lWalk;
-    return lWalk->Collect(this, pAncestorId, lEnd) ? lWalk : nullptr;
+// The family's walk; null when all are below pAncestorId, when parents may have larger ids than their children, and for
+// want of memory.
+KLyrDescendentWalk* KLyrPropertyPage::WalkFor(int pAncestorId) const {
+    return pAncestorId > 0 && !mIdGenerator->mHasOddParents ? mIdGenerator->mWalk : nullptr;
+}
+
+// Whether the family's walk has the descendants of pAncestorId, with not too many new properties behind them.
+bool KLyrPropertyPage::IsCollected(int pAncestorId) const {
+    const KLyrDescendentWalk* lWalk = mIdGenerator->mWalk;
+    return lWalk->IsOf(this, pAncestorId) && EndOfIds() - lWalk->GetEnd() <= lWalk->GetCount() + kFewSteps;
+}
+
+// All ids that were handed out are below it, but for the very last one.
+int KLyrPropertyPage::EndOfIds() const {
+    return mIdGenerator->mNextId < 0 ? INT_MAX : mIdGenerator->mNextId;
 }
 
 int KLyrPropertyPage::GetPropertyEntryCount() const {

@@ -298,6 +298,8 @@ protected:
         }
     }
     int Step(int pId) const { return mRoot->GetPage()->GetNextDescendent(mOdd.GetId(), pId); }
+    // One full walk, so that the family has collected what is below mOdd.
+    void Walk() { ASSERT_EQ(mIds, Descendents(mRoot->GetPage(), mOdd.GetId())); }
 
     OwnedRoot mRoot;
     KLyrPropertyHandle mOdd;
@@ -307,6 +309,7 @@ protected:
 
 TEST_F(InterleavedWalk, DoesNotComeToAPropertyThatWentMeanwhile) {
     Add(false);
+    Walk();
     EXPECT_EQ(mIds[0], Step(mOdd.GetId()));
     mRoot->GetPage()->RemoveOwnEntry(mIds[1]);
     mRoot->GetPage()->RemoveOwnEntry(mIds[3]);
@@ -330,6 +333,7 @@ TEST_F(InterleavedWalk, GoesOnFarBelowItsAncestorWhenAPropertyWent) {
 
 TEST_F(InterleavedWalk, ComesToAPropertyThatWasPushedMeanwhile) {
     Add(false);
+    Walk();
     OwnedRoot lInstance(KLyrPropertyHandle::Create(*mRoot));
     const KLyrPropertyHandle lPushed = AddChild(On(*lInstance, mOdd), "pushed", eINTEGER1);
     AddChild(mEven, "child", eINTEGER1);
@@ -344,6 +348,7 @@ TEST_F(InterleavedWalk, ComesToAPropertyThatWasPushedMeanwhile) {
 
 TEST_F(InterleavedWalk, ComesToPropertiesThatWereAddedMeanwhile) {
     Add(false);
+    Walk();
     EXPECT_EQ(mIds[1], Step(mIds[0]));
     for (int i = 0; i < 500; ++i) {
         const int lBefore = mIds.back();
@@ -383,6 +388,47 @@ TEST_F(PropertyIndex, FindsNamesWithoutCaseInALocaleOfManyBytes) {
         EXPECT_EQ(FindByScan(lPage, 0, lName, nullptr, false), lPage->FastFind(0, lName, nullptr, false)) << lName;
     uselocale(lBefore);
     freelocale(lManyBytes);
+}
+
+TEST_F(InterleavedWalk, ComesToTheFirstThatIsLeftWhileTheFirstAlwaysGoes) {
+    Add(false);
+    Walk();
+    for (std::size_t i = 0; i < mIds.size(); ++i) {
+        ASSERT_EQ(mIds[i], mRoot->GetPage()->GetFirstDescendent(mOdd.GetId()));
+        mRoot->GetPage()->RemoveOwnEntry(mIds[i]);
+    }
+    EXPECT_EQ(-1, mRoot->GetPage()->GetFirstDescendent(mOdd.GetId()));
+}
+
+TEST_F(InterleavedWalk, LeavesOutSeveralRunsThatWent) {
+    Add(false);
+    Walk();
+    for (int lRun : {60, 20, 40, 62, 18, 0, 90}) {
+        for (int i = 0; i < 7; ++i)
+            mRoot->GetPage()->RemoveOwnEntry(mIds[static_cast<std::size_t>(lRun + i)]);
+        const std::vector<int> lLeft = DescendentsByScan(mRoot->GetPage(), mOdd.GetId());
+        ASSERT_EQ(lLeft, Descendents(mRoot->GetPage(), mOdd.GetId()));
+        ASSERT_EQ(lLeft, Descendents(mRoot->GetPage(), mOdd.GetId()));
+    }
+}
+
+TEST_F(InterleavedWalk, TakesTurnsWithOthers) {
+    Add(false);
+    Add(true);
+    OwnedRoot lInstance(KLyrPropertyHandle::Create(*mRoot));
+    const std::vector<int> lOthers = Descendents(mRoot->GetPage(), mEven.GetId());
+    ASSERT_EQ(mIds.size(), lOthers.size());
+    int lOwn = mOdd.GetId();
+    int lInherited = lOwn;
+    int lOther = mEven.GetId();
+    for (std::size_t i = 0; i < mIds.size(); ++i) {
+        ASSERT_EQ(mIds[i], lOwn = Step(lOwn));
+        ASSERT_EQ(mIds[i], lInherited = lInstance->GetPage()->GetNextDescendent(mOdd.GetId(), lInherited));
+        ASSERT_EQ(lOthers[i], lOther = mRoot->GetPage()->GetNextDescendent(mEven.GetId(), lOther));
+    }
+    EXPECT_EQ(-1, Step(lOwn));
+    EXPECT_EQ(-1, lInstance->GetPage()->GetNextDescendent(mOdd.GetId(), lInherited));
+    EXPECT_EQ(-1, mRoot->GetPage()->GetNextDescendent(mEven.GetId(), lOther));
 }
 
 // A new page may lie where the last walk's page did.
