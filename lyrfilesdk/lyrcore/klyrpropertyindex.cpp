@@ -5,9 +5,9 @@
 namespace lyrsdk {
 namespace {
 
-// Records of entries that went which an index always puts up with.
-constexpr unsigned kDeadRecords = 32;
-constexpr unsigned kFirstSlots = 64;
+// Records that an index makes room for at a time, and records of entries that went which it always puts up with.
+constexpr unsigned kRecords = 32;
+constexpr unsigned kFirstSlots = 128;
 
 // Its address is the seed of the hashes: a file cannot know it.
 const char sgSeed = 0;
@@ -111,10 +111,16 @@ void KLyrPropertyIndex::Forget() {
 // The map's allocator takes nothing back; see the page's own map.
 bool KLyrPropertyIndex::MakeRoom() {
     const unsigned lLive = static_cast<unsigned>(mChildren.GetSize());
-    if (mChildren.GetReservedCount() > std::size_t(2) * lLive + kDeadRecords && !mChildren.HasRoom() &&
-        mChildren.Compact(lLive + kDeadRecords))
-        for (Record* lRecord = mChildren.Minimum(); lRecord; lRecord = lRecord->Successor())
-            lRecord->GetValue().mEntry->mIndexed = lRecord;
+    if (!mChildren.HasRoom()) {
+        const bool lMostlyDead = mChildren.GetReservedCount() > std::size_t(2) * lLive + kRecords;
+        if (!lMostlyDead || !mChildren.Compact(lLive + kRecords)) {
+            if (!mChildren.Reserve(kRecords + lLive / 2))
+                return false;
+        } else {
+            for (Record* lRecord = mChildren.Minimum(); lRecord; lRecord = lRecord->Successor())
+                lRecord->GetValue().mEntry->mIndexed = lRecord;
+        }
+    }
     const unsigned lSlots = mTable ? mTableMask + 1 : 0;
     return lLive < lSlots / 2 || ResizeTable(lSlots ? lSlots * 2 : kFirstSlots);
 }
@@ -122,11 +128,8 @@ bool KLyrPropertyIndex::MakeRoom() {
 bool KLyrPropertyIndex::Add(int pId, KLyrPropertyEntry* pEntry) {
     if (!MakeRoom())
         return false;
-    Record* lRecord =
-        mChildren.Insert(KeyOf(pEntry->GetParentId(), pId), Node{pEntry, nullptr, nullptr, this, 0}).mFirst;
-    if (!lRecord)
-        return false;
-    pEntry->mIndexed = lRecord;
+    const Node lNode{pEntry, nullptr, nullptr, this, 0};
+    pEntry->mIndexed = mChildren.Insert(KeyOf(pEntry->GetParentId(), pId), lNode).mFirst;
     PutIn(pEntry);
     return true;
 }

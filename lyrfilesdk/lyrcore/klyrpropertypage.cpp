@@ -19,7 +19,10 @@ constexpr unsigned int kFewRecords = 4;
 constexpr unsigned int kDeadRecords = 32;
 
 // A page gets its index with this many entries, and gives it up with half of them.
-constexpr int kIndexedFrom = 16;
+constexpr int kIndexedFrom = 32;
+
+// From this many entries on, walks over descendants get room of their own.
+constexpr int kWalkedFrom = 128;
 
 }  // namespace
 
@@ -373,7 +376,7 @@ bool KLyrPropertyPage::RemoveOwnEntry(int pId) {
 void KLyrPropertyPage::PutIntoIndex(int pId, KLyrPropertyEntry* pEntry) {
     const int lCount = mEntries.GetSize();
     const bool lDoubled = lCount >= kIndexedFrom && (lCount & (lCount - 1)) == 0;
-    if (lDoubled)
+    if (lDoubled && lCount >= kWalkedFrom)
         EnlargeWalk();
     if (!mIndex) {
         if (lDoubled)

@@ -26,7 +26,7 @@
 // by name are d searches of O(log n) each. A walk over the k descendants of a property is O(d k log n), wherever their
 // ids lie. One walk is remembered for the family: walks that take turns, and all once a property was added under a
 // larger id than its own, may look at every id between two descendants. No lookup, read or walk allocates. The memory
-// of entries that went is used again: a page holds room for about twice the entries it had most at a time. A page of 16
+// of entries that went is used again: a page holds room for about twice the entries it had most at a time. A page of 32
 // entries or more has an index beside them, at about 110 bytes an entry (70 on 32 bit).
 //
 // A page family is used by one thread at a time, for reading too: a walk writes down where it is. Different

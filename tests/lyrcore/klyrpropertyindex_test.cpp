@@ -364,11 +364,13 @@ TEST_F(InterleavedWalk, ComesToPropertiesThatWereAddedMeanwhile) {
 TEST_F(InterleavedWalk, ComesToAllThatManyPagesHaveAddedTogether) {
     OwnedRoot lMiddle(KLyrPropertyHandle::Create(*mRoot));
     OwnedRoot lInstance(KLyrPropertyHandle::Create(*lMiddle));
-    for (int i = 0; i < 15; ++i) {
+    for (int i = 0; i < 62; ++i) {
         for (const KLyrPropertyHandle& lPage : {*mRoot, *lMiddle, *lInstance}) {
-            mIds.push_back(AddChild(On(lPage, mOdd), "child", eINTEGER1).GetId());
-            if (i < 14 || lPage == *mRoot)
-                AddChild(On(lPage, mEven), "child", eINTEGER1);
+            if (i >= 31 && lPage != *mRoot)
+                continue;
+            for (int j = 0; j < 3; ++j)
+                mIds.push_back(AddChild(On(lPage, mOdd), "child", eINTEGER1).GetId());
+            AddChild(On(lPage, mEven), "child", eINTEGER1);
         }
     }
     EXPECT_EQ(mIds, Descendents(lInstance->GetPage(), mOdd.GetId()));
