@@ -9,7 +9,7 @@ namespace {
 constexpr unsigned kRecords = 32;
 constexpr unsigned kFirstSlots = 128;
 
-// Its address is the seed of the hashes: a file cannot know it.
+// Its address is the seed of the hashes: a file cannot know it where programs are placed at random.
 const char sgSeed = 0;
 
 constexpr std::uint64_t kOnes = 0x0101010101010101u;
