@@ -35,7 +35,7 @@ char Fold(char pChar) {
 }
 
 bool AreNamesakes(const char* pLeft, const char* pRight) {
-    while (*pLeft && Fold(*pLeft) == Fold(*pRight)) {
+    while (pLeft != pRight && *pLeft && Fold(*pLeft) == Fold(*pRight)) {
         ++pLeft;
         ++pRight;
     }
@@ -128,7 +128,7 @@ bool KLyrPropertyIndex::MakeRoom() {
 bool KLyrPropertyIndex::Add(int pId, KLyrPropertyEntry* pEntry) {
     if (!MakeRoom())
         return false;
-    const Node lNode{pEntry, nullptr, nullptr, this, 0};
+    const Node lNode{pEntry, pEntry, nullptr, this, 0};
     pEntry->mIndexed = mChildren.Insert(KeyOf(pEntry->GetParentId(), pId), lNode).mFirst;
     PutIn(pEntry);
     return true;
@@ -152,33 +152,46 @@ int KLyrPropertyIndex::NextSibling(const KLyrPropertyEntry* pEntry) {
 
 // --- namesakes -----------------------------------------------------------------------------------------------------
 
-const KLyrPropertyEntry* KLyrPropertyIndex::FirstNamesake(int pParentId, const Name& pName) const {
-    const KLyrPropertyEntry* lLast = mTable[FindSlot(pParentId, pName.mText, Hash(pParentId, pName))];
-    return lLast ? NodeOf(lLast).mNext : nullptr;
+// An entry stands above those of lower rank. Ids that come in order have ranks in no order, which keeps a tree flat.
+std::uint64_t KLyrPropertyIndex::RankOf(const KLyrPropertyEntry* pEntry) {
+    return Mix(static_cast<unsigned>(IdOf(pEntry)) + reinterpret_cast<std::uintptr_t>(&sgSeed));
+}
+
+// The entry of the tree with the smallest id above pAfter, or null.
+const KLyrPropertyEntry* KLyrPropertyIndex::NextIn(const KLyrPropertyEntry* pTree, int pAfter) {
+    const KLyrPropertyEntry* lNext = nullptr;
+    while (pTree) {
+        const bool lIsBehind = IdOf(pTree) > pAfter;
+        if (lIsBehind)
+            lNext = pTree;
+        pTree = lIsBehind ? NodeOf(pTree).mBefore : NodeOf(pTree).mBehind;
+    }
+    return lNext;
+}
+
+const KLyrPropertyEntry* KLyrPropertyIndex::NextNamesake(int pParentId, const Name& pName, int pAfter) const {
+    return NextIn(mTable[FindSlot(pParentId, pName.mText, Hash(pParentId, pName))], pAfter);
 }
 
 const KLyrPropertyEntry* KLyrPropertyIndex::NextNamesake(const KLyrPropertyEntry* pEntry) {
-    const KLyrPropertyEntry* lNext = NodeOf(pEntry).mNext;
-    return IdOf(lNext) > IdOf(pEntry) ? lNext : nullptr;
+    const KLyrPropertyIndex* lIndex = NodeOf(pEntry).mIndex;
+    return NextIn(lIndex->mTable[lIndex->SlotOf(pEntry)], IdOf(pEntry));
 }
 
-// The slot of the ring, or the free one that it would take.
+// The slot of the tree, or the free one that it would take.
 unsigned KLyrPropertyIndex::FindSlot(int pParentId, const char* pName, unsigned pHash) const {
     unsigned lSlot = pHash & mTableMask;
-    while (const KLyrPropertyEntry* lLast = mTable[lSlot]) {
-        if (NodeOf(lLast).mHash == pHash && lLast->GetParentId() == pParentId &&
-            AreNamesakes(InfoOf(lLast)->GetNameText(), pName))
+    while (const KLyrPropertyEntry* lTop = mTable[lSlot]) {
+        if (NodeOf(lTop).mHash == pHash && lTop->GetParentId() == pParentId &&
+            AreNamesakes(InfoOf(lTop)->GetNameText(), pName))
             break;
         lSlot = (lSlot + 1) & mTableMask;
     }
     return lSlot;
 }
 
-unsigned KLyrPropertyIndex::SlotOf(const KLyrPropertyEntry* pLast) const {
-    unsigned lSlot = NodeOf(pLast).mHash & mTableMask;
-    while (mTable[lSlot] != pLast)
-        lSlot = (lSlot + 1) & mTableMask;
-    return lSlot;
+unsigned KLyrPropertyIndex::SlotOf(const KLyrPropertyEntry* pEntry) const {
+    return FindSlot(pEntry->GetParentId(), InfoOf(pEntry)->GetNameText(), NodeOf(pEntry).mHash);
 }
 
 void KLyrPropertyIndex::PutInName(KLyrPropertyEntry* pEntry) {
@@ -189,60 +202,59 @@ void KLyrPropertyIndex::TakeOutName(KLyrPropertyEntry* pEntry) {
     NodeOf(pEntry).mIndex->TakeOut(pEntry);
 }
 
-// There are fewer rings than slots: every one has an entry, and MakeRoom counts those.
+// There are fewer trees than slots: every one has an entry, and MakeRoom counts those. The entry takes the place of the
+// first one on its way down that has a lower rank, and that one's subtree is split.
 void KLyrPropertyIndex::PutIn(KLyrPropertyEntry* pEntry) {
     const KLyrPropertyInfo* lInfo = InfoOf(pEntry);
     if (!lInfo)
         return;
+    const int lId = IdOf(pEntry);
     Node& lNode = NodeOf(pEntry);
     lNode.mHash = Hash(pEntry->GetParentId(), Name(lInfo->GetNameText()));
-    KLyrPropertyEntry*& lSlot = mTable[FindSlot(pEntry->GetParentId(), lInfo->GetNameText(), lNode.mHash)];
-    if (!lSlot) {
-        lSlot = lNode.mNext = lNode.mPrevious = pEntry;
-        return;
+    KLyrPropertyEntry** lLink = &mTable[SlotOf(pEntry)];
+    while (*lLink && RankOf(*lLink) >= RankOf(pEntry))
+        lLink = IdOf(*lLink) < lId ? &NodeOf(*lLink).mBehind : &NodeOf(*lLink).mBefore;
+
+    KLyrPropertyEntry* lRest = *lLink;
+    *lLink = pEntry;
+    KLyrPropertyEntry** lBefore = &lNode.mBefore;
+    KLyrPropertyEntry** lBehind = &lNode.mBehind;
+    while (lRest) {
+        const bool lIsBefore = IdOf(lRest) < lId;
+        KLyrPropertyEntry**& lEnd = lIsBefore ? lBefore : lBehind;
+        *lEnd = lRest;
+        lEnd = lIsBefore ? &NodeOf(lRest).mBehind : &NodeOf(lRest).mBefore;
+        lRest = *lEnd;
     }
-    KLyrPropertyEntry* lBehind = Predecessor(lSlot, IdOf(pEntry));
-    if (IdOf(lSlot) < IdOf(pEntry))
-        lSlot = pEntry;
-    KLyrPropertyEntry* lNext = NodeOf(lBehind).mNext;
-    lNode.mPrevious = lBehind;
-    lNode.mNext = lNext;
-    NodeOf(lBehind).mNext = pEntry;
-    NodeOf(lNext).mPrevious = pEntry;
+    *lBefore = *lBehind = nullptr;
 }
 
-// The entry behind which pId has its place in the ring that ends with pLast. Looked for from both ends: what is handed
-// down comes in order, but in front of what was there.
-KLyrPropertyEntry* KLyrPropertyIndex::Predecessor(KLyrPropertyEntry* pLast, int pId) {
-    if (IdOf(pLast) < pId)
-        return pLast;
-    KLyrPropertyEntry* lUp = NodeOf(pLast).mNext;
-    KLyrPropertyEntry* lDown = pLast;
-    for (;;) {
-        if (IdOf(lUp) > pId)
-            return NodeOf(lUp).mPrevious;
-        lUp = NodeOf(lUp).mNext;
-        lDown = NodeOf(lDown).mPrevious;
-        if (IdOf(lDown) < pId)
-            return lDown;
-    }
-}
-
+// The subtrees of the entry are merged in its place.
 void KLyrPropertyIndex::TakeOut(KLyrPropertyEntry* pEntry) {
     Node& lNode = NodeOf(pEntry);
-    if (!lNode.mNext)
+    if (lNode.mBefore == pEntry)
         return;
-    const bool lIsLast = IdOf(lNode.mNext) <= IdOf(pEntry);
-    if (lNode.mNext == pEntry)
-        FreeSlot(SlotOf(pEntry));
-    else if (lIsLast)
-        mTable[SlotOf(pEntry)] = lNode.mPrevious;
-    NodeOf(lNode.mNext).mPrevious = lNode.mPrevious;
-    NodeOf(lNode.mPrevious).mNext = lNode.mNext;
-    lNode.mNext = lNode.mPrevious = nullptr;
+    const unsigned lSlot = SlotOf(pEntry);
+    KLyrPropertyEntry** lLink = &mTable[lSlot];
+    while (*lLink != pEntry)
+        lLink = IdOf(*lLink) < IdOf(pEntry) ? &NodeOf(*lLink).mBehind : &NodeOf(*lLink).mBefore;
+
+    KLyrPropertyEntry* lBefore = lNode.mBefore;
+    KLyrPropertyEntry* lBehind = lNode.mBehind;
+    while (lBefore && lBehind) {
+        const bool lBeforeIsTop = RankOf(lBefore) >= RankOf(lBehind);
+        KLyrPropertyEntry*& lTop = lBeforeIsTop ? lBefore : lBehind;
+        *lLink = lTop;
+        lLink = lBeforeIsTop ? &NodeOf(lTop).mBehind : &NodeOf(lTop).mBefore;
+        lTop = *lLink;
+    }
+    *lLink = lBefore ? lBefore : lBehind;
+    lNode.mBefore = pEntry;
+    if (!mTable[lSlot])
+        FreeSlot(lSlot);
 }
 
-// Pulls later rings of the run back into the hole, so that the table needs no marks for what was removed.
+// Pulls later trees of the run back into the hole, so that the table needs no marks for what was removed.
 void KLyrPropertyIndex::FreeSlot(unsigned pSlot) {
     unsigned lHole = pSlot;
     for (unsigned i = (lHole + 1) & mTableMask; mTable[i]; i = (i + 1) & mTableMask) {

@@ -3,20 +3,20 @@
 // The index of a page with many entries; internal to the library.
 //
 //   children    a map from (parent id, id): the children of one property side by side, in the order of their ids
-//   namesakes   a hash table of rings: the entries of one parent whose names are equal but for case, ids ascending
+//   namesakes   a hash table of trees: the entries of one parent whose names are equal but for case, ordered by id
 //
-//   table [ . | last | . | . | last | .. ]       a slot leads to the last entry of a ring, whose next one is the first
-//                 |             |
-//                 3 -> 5 -> 3   9 -> 9
+//   table [ . | top | . | . | top | .. ]       a slot leads to the top of a tree; most have one entry
+//                5             9
+//              3   8
 //
 // It answers for the page's own entries only; the page merges the answers of its chain. Finding the next child is
-// O(log n), finding a name O(1) on average, and one step for every namesake in front of it that is not meant. Neither
-// allocates. A namesake whose id lies between those of m others costs up to m / 2 steps to put in. The hash starts from
-// an address, which a file cannot know where the system places programs at random. It costs 80 bytes a property (44 on
-// 32 bit), and two to four pointers in the table.
+// O(log n), finding a name O(1) on average whatever names a file has: the hash is seeded in every process. Among m
+// namesakes it is O(log m), and so is putting one of them in or taking it out, wherever its id lies: the trees are
+// kept flat by ranks, random numbers that are made from the ids. Neither search allocates. It costs 80 bytes a property
+// (44 on 32 bit), and two to four pointers in the table.
 //
 // An entry knows its record here, so that the next sibling is one step away and an entry that is given another
-// description moves to the ring of its new name.
+// description moves to the tree of its new name.
 
 #include <cstdint>
 
@@ -55,9 +55,9 @@ public:
         const char* mText;
         std::uint64_t mHash;
     };
-    // The child of pParentId with the smallest id whose name is equal but for the case of ASCII letters, or null, and
-    // the one with the next larger id.
-    const KLyrPropertyEntry* FirstNamesake(int pParentId, const Name& pName) const;
+    // The child of pParentId with the smallest id above pAfter whose name is equal but for the case of ASCII letters,
+    // or null, and the one with the next larger id.
+    const KLyrPropertyEntry* NextNamesake(int pParentId, const Name& pName, int pAfter) const;
     static const KLyrPropertyEntry* NextNamesake(const KLyrPropertyEntry* pEntry);
     static int IdOf(const KLyrPropertyEntry* pEntry);
 
@@ -69,9 +69,10 @@ private:
 
     struct Node {
         KLyrPropertyEntry* mEntry;
-        // The neighbours in the ring; null for an entry without a description.
-        KLyrPropertyEntry* mNext;
-        KLyrPropertyEntry* mPrevious;
+        // Below it in its tree: namesakes with smaller ids and with larger ones. An entry without a
+        // description is in no tree; it is then before itself.
+        KLyrPropertyEntry* mBefore;
+        KLyrPropertyEntry* mBehind;
         KLyrPropertyIndex* mIndex;
         unsigned mHash;
     };
@@ -91,9 +92,10 @@ private:
     bool MakeRoom();
     bool ResizeTable(unsigned pSlots);
     unsigned FindSlot(int pParentId, const char* pName, unsigned pHash) const;
-    unsigned SlotOf(const KLyrPropertyEntry* pLast) const;
+    unsigned SlotOf(const KLyrPropertyEntry* pEntry) const;
+    static std::uint64_t RankOf(const KLyrPropertyEntry* pEntry);
+    static const KLyrPropertyEntry* NextIn(const KLyrPropertyEntry* pTree, int pAfter);
     void PutIn(KLyrPropertyEntry* pEntry);
-    static KLyrPropertyEntry* Predecessor(KLyrPropertyEntry* pLast, int pId);
     void TakeOut(KLyrPropertyEntry* pEntry);
     void FreeSlot(unsigned pSlot);
 

@@ -127,7 +127,7 @@ KLyrPropertyPage::~KLyrPropertyPage() {
     LeaveInstanceOf();
     if (mIdGenerator) {
         if (mIdGenerator->mWalk)
-            mIdGenerator->mWalk->Forget();
+            mIdGenerator->mWalk->PageGoes(this);
         mIdGenerator->DecRef();
     }
 }
@@ -363,7 +363,7 @@ bool KLyrPropertyPage::RemoveOwnEntry(int pId) {
         return false;
     TakeFromIndex(lEntry);
     if (mIdGenerator->mWalk && !Inherits(pId))
-        mIdGenerator->mWalk->PropertyRemoved();
+        mIdGenerator->mWalk->PropertyRemoved(pId);
     mEntries.Remove(pId);
     DestroyEntry(pId, lEntry);
     return true;

@@ -23,11 +23,13 @@
 // pointer to a page or item that was destroyed and a value pointer whose memory is not of the stated type.
 //
 // Cost, for n properties on the chain of d pages: reading or writing a value or flags, a step in the tree and a lookup
-// by name are d searches of O(log n) each. A walk over the k descendants of a property is O(d k log n), wherever their
-// ids lie. One walk is remembered for the family: walks that take turns, and all once a property was added under a
-// larger id than its own, may look at every id between two descendants. No lookup, read or walk allocates. The memory
-// of entries that went is used again: a page holds room for about twice the entries it had most at a time. A page of 32
-// entries or more has an index beside them, at about 110 bytes an entry (70 on 32 bit).
+// by name are d searches of O(log n) each; a lookup with case, or with a type info, that has m namesakes without case,
+// or of other types, in front of what it finds looks at them all. A walk over the k descendants of a property is O(d k
+// log n), wherever their ids lie. The last two walks are remembered for the family: three that take turns, and all once
+// a property was added under a larger id than its own, may look at every id between two descendants. No lookup, read or
+// walk allocates. The memory of entries that went is used again: a page holds room for about twice the entries it had
+// most at a time. A page of 32 entries or more has an index beside them, at about 110 bytes an entry (70 on 32 bit),
+// and the family of a page of 128 has the room for walks, at 16 to 32.
 //
 // A page family is used by one thread at a time, for reading too: a walk writes down where it is. Different
 // families may be used by different threads. Families that are connected, or of which one types properties of the
@@ -318,8 +320,8 @@ private:
     void PushEntry(int pId, KLyrPropertyEntry* pEntry);
     void PutFlagsBack(int pId, KLyrPropertyFlags* pItem, eLyrPropertyFlags pFlags);
     bool FindInCache(int pId, const char* pName, const KLyrPropertyPage* pTypeInfo, int& pFound) const;
-    bool IsSought(int pId, const KLyrPropertyEntry* pEntry, const NameToFind& pSought) const;
-    int FindOwn(const KLyrPropertyPage* pSeenFrom, const NameToFind& pSought, int pBelow) const;
+    int FindHeld(const NameToFind& pSought, int pAbove) const;
+    int FindOwn(const NameToFind& pSought, int pAbove, int pBelow) const;
     KLyrPropertyConnect* OwnConnect(int pId) const;
     KLyrPropertyConnect* MakeOwnConnect(int pId);
     void UndoOwnConnect(int pId, bool pHadEntry, bool pHadConnect);

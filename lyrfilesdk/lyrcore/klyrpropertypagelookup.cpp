@@ -35,9 +35,15 @@ private:
     KString mLong;
 };
 
+// Whether this is the locale that programs start with.
+bool IsPlainLocale() {
+    const char* lName = uselocale(locale_t()) == LC_GLOBAL_LOCALE ? setlocale(LC_CTYPE, nullptr) : nullptr;
+    return lName && std::strcmp(lName, "C") == 0;
+}
+
 // Whether strcasecmp takes no characters for equal but the two cases of an ASCII letter.
 bool OnlyAsciiHasCase() {
-    if (MB_CUR_MAX > 1)
+    if (MB_CUR_MAX > 1 || IsPlainLocale())
         return true;
 #ifdef __GLIBC__
     // Usually it is the locale that every program starts with.
@@ -59,13 +65,23 @@ bool OnlyAsciiHasCase() {
 // locale has other letters in a single byte, it must not be asked without case.
 struct KLyrPropertyPage::NameToFind {
     NameToFind(int pParentId, const char* pText, const KLyrPropertyPage* pTypeInfo, bool pCaseSensitive)
-        : mParentId(pParentId), mText(pText), mTypeInfo(pTypeInfo), mCaseSensitive(pCaseSensitive), mName(pText) {}
-    bool IsHashed() const { return mCaseSensitive || OnlyAsciiHasCase(); }
+        : mParentId(pParentId),
+          mText(pText),
+          mTypeInfo(pTypeInfo),
+          mCaseSensitive(pCaseSensitive),
+          mIsHashed(pCaseSensitive || OnlyAsciiHasCase()),
+          mName(pText) {}
+    bool IsMetBy(const KLyrPropertyInfo* pInfo) const {
+        if (!pInfo || (mTypeInfo && pInfo->GetTypeInfo() != mTypeInfo))
+            return false;
+        return (mCaseSensitive ? std::strcmp : strcasecmp)(pInfo->GetNameText(), mText) == 0;
+    }
 
     int mParentId;
     const char* mText;
     const KLyrPropertyPage* mTypeInfo;
     bool mCaseSensitive;
+    bool mIsHashed;
     KLyrPropertyIndex::Name mName;
 };
 
@@ -95,12 +111,10 @@ int KLyrPropertyPage::FastFind(int pId, const char* pName, KLyrPropertyPage* pTy
         return lFound;
     if (pId == -1)
         return -1;
-    lFound = -1;
     const NameToFind lSought(pId, pName, pTypeInfo, pCaseSensitive);
-    for (const KLyrPropertyPage* lPage = this; lPage; lPage = lPage->mInstanceOf) {
-        const int lOwn = lPage->FindOwn(this, lSought, lFound);
-        lFound = lOwn != -1 ? lOwn : lFound;
-    }
+    lFound = FindHeld(lSought, pId);
+    while (lFound != -1 && mInstanceOf && !lSought.IsMetBy(GetPropertyItem<KLyrPropertyInfo>(nullptr, lFound)))
+        lFound = FindHeld(lSought, lFound);
     return lFound;
 }
 
@@ -116,35 +130,33 @@ bool KLyrPropertyPage::FindInCache(int pId, const char* pName, const KLyrPropert
     return GetPropertyEntry(pFound) && (!pTypeInfo || GetTypeInfo(pFound) == pTypeInfo);
 }
 
-// Whether pEntry of page pPage, a child with a description, is what is sought: seen from this page, its description
-// must not be hidden by another one.
-bool KLyrPropertyPage::IsSought(int pId, const KLyrPropertyEntry* pEntry, const NameToFind& pSought) const {
-    const KLyrPropertyInfo* lInfo = pEntry->Get(static_cast<const KLyrPropertyInfo*>(nullptr));
-    if (!lInfo || (pSought.mTypeInfo && lInfo->GetTypeInfo() != pSought.mTypeInfo))
-        return false;
-    const char* lName = lInfo->GetNameText();
-    if ((pSought.mCaseSensitive ? std::strcmp(lName, pSought.mText) : strcasecmp(lName, pSought.mText)) != 0)
-        return false;
-    return !mInstanceOf || GetPropertyItem<KLyrPropertyInfo>(nullptr, pId) == lInfo;
+// The smallest id above pAbove for which some page of the chain holds what is sought. Another description may hide it.
+int KLyrPropertyPage::FindHeld(const NameToFind& pSought, int pAbove) const {
+    int lFound = -1;
+    for (const KLyrPropertyPage* lPage = this; lPage; lPage = lPage->mInstanceOf) {
+        const int lOwn = lPage->FindOwn(pSought, pAbove, lFound);
+        lFound = lOwn != -1 ? lOwn : lFound;
+    }
+    return lFound;
 }
 
-// The smallest id, below pBelow unless that is -1, that is sought and has its description on this very page.
-int KLyrPropertyPage::FindOwn(const KLyrPropertyPage* pSeenFrom, const NameToFind& pSought, int pBelow) const {
-    if (mIndex && pSought.IsHashed()) {
-        const KLyrPropertyEntry* lEntry = mIndex->FirstNamesake(pSought.mParentId, pSought.mName);
+// The same on this very page, below pBelow unless that is -1.
+int KLyrPropertyPage::FindOwn(const NameToFind& pSought, int pAbove, int pBelow) const {
+    if (mIndex && pSought.mIsHashed) {
+        const KLyrPropertyEntry* lEntry = mIndex->NextNamesake(pSought.mParentId, pSought.mName, pAbove);
         for (; lEntry; lEntry = KLyrPropertyIndex::NextNamesake(lEntry)) {
             const int lId = KLyrPropertyIndex::IdOf(lEntry);
             if (pBelow != -1 && lId >= pBelow)
                 break;
-            if (lId > pSought.mParentId && pSeenFrom->IsSought(lId, lEntry, pSought))
+            if (pSought.IsMetBy(lEntry->Get(static_cast<const KLyrPropertyInfo*>(nullptr))))
                 return lId;
         }
         return -1;
     }
-    const KEntryMap::RecordType* lRecord = mEntries.UpperBound(pSought.mParentId);
+    const KEntryMap::RecordType* lRecord = mEntries.UpperBound(pAbove);
     for (; lRecord && (pBelow == -1 || lRecord->GetKey() < pBelow); lRecord = lRecord->Successor())
         if (lRecord->GetValue()->GetParentId() == pSought.mParentId &&
-            pSeenFrom->IsSought(lRecord->GetKey(), lRecord->GetValue(), pSought))
+            pSought.IsMetBy(lRecord->GetValue()->Get(static_cast<const KLyrPropertyInfo*>(nullptr))))
             return lRecord->GetKey();
     return -1;
 }

@@ -111,32 +111,33 @@ int KLyrPropertyPage::GetFirstDescendent(int pAnscestorId) const {
     return GetNextDescendent(pAnscestorId, pAnscestorId);
 }
 
-// Most often one of the next ids is a descendant, close below its ancestor.
+// Most often one of the next ids is a descendant, close below its ancestor. Once they are collected, the family's walk
+// is asked first.
 int KLyrPropertyPage::GetNextDescendent(int pAnscestorId, int pId) const {
     if (pId == -1)
         return -1;
     KLyrDescendentWalk* lWalk = WalkFor(pAnscestorId);
     if (!lWalk)
         return NextDescendentByScan(pAnscestorId, pId);
-    int lId = pId;
-    EAscent lAscent = eMissed;
-    do {
+    for (int lId = pId; !IsCollected(pAnscestorId);) {
         lId = GetMinimumPropertyIdAndEntry(lId);
-        lAscent = lId == -1 ? eArrived : Ascend(lId, pAnscestorId);
-    } while (lAscent == eMissed && !IsCollected(pAnscestorId) && !lWalk->IsDueAfterMiss());
-    if (lAscent == eArrived)
-        return lId;
-    if (IsCollected(pAnscestorId) || lWalk->Collect(this, pAnscestorId, EndOfIds()))
-        return NextCollected(pAnscestorId, pId);
-    return NextDescendentByScan(pAnscestorId, pId);
+        const EAscent lAscent = lId == -1 ? eArrived : Ascend(lId, pAnscestorId);
+        if (lAscent == eArrived)
+            return lId;
+        const bool lIsDue = lAscent == eTooFar || lWalk->IsDueAfterMiss();
+        if (lIsDue && !lWalk->Collect(this, pAnscestorId, EndOfIds()))
+            return NextDescendentByScan(pAnscestorId, pId);
+    }
+    return NextCollected(pAnscestorId, pId);
 }
 
 // The family's walk knows the next one, but for properties that were added since the descendants were collected.
 int KLyrPropertyPage::NextCollected(int pAncestorId, int pId) const {
     KLyrDescendentWalk* lWalk = mIdGenerator->mWalk;
     int lId = lWalk->NextBehind(pId);
-    while (lId != -1 && !lWalk->IsExact()) {
-        const EAscent lAscent = Ascend(lId, pAncestorId);
+    while (lId != -1 && !lWalk->IsWhole()) {
+        const bool lIsThere = GetPropertyEntry(lId) != nullptr;
+        const EAscent lAscent = !lIsThere ? eMissed : lWalk->IsExact() ? eArrived : Ascend(lId, pAncestorId);
         if (lAscent == eArrived)
             return lId;
         if (lAscent == eMissed)
@@ -177,8 +178,8 @@ KLyrDescendentWalk* KLyrPropertyPage::WalkFor(int pAncestorId) const {
 
 // Whether the family's walk has the descendants of pAncestorId, with not too many new properties behind them.
 bool KLyrPropertyPage::IsCollected(int pAncestorId) const {
-    const KLyrDescendentWalk* lWalk = mIdGenerator->mWalk;
-    return lWalk->IsOf(this, pAncestorId) && EndOfIds() - lWalk->GetEnd() <= lWalk->GetCount() + kFewSteps;
+    KLyrDescendentWalk* lWalk = mIdGenerator->mWalk;
+    return lWalk->TurnTo(this, pAncestorId) && EndOfIds() - lWalk->GetEnd() <= lWalk->GetCount() + kFewSteps;
 }
 
 // All ids that were handed out are below it, but for the very last one.

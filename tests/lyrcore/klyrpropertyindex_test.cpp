@@ -5,6 +5,7 @@
 
 #include <cstring>
 #include <random>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -331,6 +332,72 @@ TEST_F(InterleavedWalk, GoesOnFarBelowItsAncestorWhenAPropertyWent) {
     EXPECT_EQ(-1, Step(mIds[79]));
 }
 
+TEST_F(InterleavedWalk, LeavesOutPropertiesWithoutChildrenThatWentFarBelowItsAncestor) {
+    Add(true);
+    const KLyrPropertyHandle lStem(mRoot->GetPage(), mIds[50]);
+    std::vector<int> lLeaves;
+    for (int i = 0; i < 20; ++i) {
+        lLeaves.push_back(AddChild(lStem, "leaf", eINTEGER1).GetId());
+        AddChild(mEven, "child", eINTEGER1);
+    }
+    OwnedRoot lInstance(KLyrPropertyHandle::Create(*mRoot));
+    const KLyrPropertyHandle lKept(lInstance->GetPage(), lLeaves[6]);
+    ASSERT_TRUE(lInstance->GetPage()->ChangePropertyEntryState(lKept.GetId(), eLyrOverride));
+    const KLyrPropertyHandle lOdd = On(*lInstance, mOdd);
+    EXPECT_EQ(lLeaves[0], Step(mIds[99]));
+    EXPECT_EQ(lLeaves[0], lOdd.GetNextDescendent(KLyrPropertyHandle(lInstance->GetPage(), mIds[99])).GetId());
+    for (int i : {1, 2, 6})
+        mRoot->GetPage()->RemoveOwnEntry(lLeaves[static_cast<std::size_t>(i)]);
+    EXPECT_EQ(lLeaves[3], lOdd.GetNextDescendent(KLyrPropertyHandle(lInstance->GetPage(), lLeaves[0])).GetId());
+    EXPECT_EQ(lKept, lOdd.GetNextDescendent(KLyrPropertyHandle(lInstance->GetPage(), lLeaves[5])));
+    EXPECT_EQ(lLeaves[3], Step(lLeaves[0]));
+    EXPECT_EQ(lLeaves[7], Step(lLeaves[5]));
+    EXPECT_EQ(mIds[51], Step(mIds[50]));
+    mRoot->GetPage()->RemoveOwnEntry(mIds[50]);
+    EXPECT_EQ(-1, Step(mIds[49]));
+}
+
+// Two pages and two ancestors, so that no two of the walks are one.
+TEST_F(InterleavedWalk, GoesOnInTurnWithOthers) {
+    Add(false);
+    OwnedRoot lInstance(KLyrPropertyHandle::Create(*mRoot));
+    mIds.push_back(AddChild(On(*lInstance, mOdd), "own", eINTEGER1).GetId());
+    const Page* lPages[] = {mRoot->GetPage(), lInstance->GetPage()};
+    for (std::size_t lWalks : {2u, 4u}) {
+        int lAt[] = {mIds[0], mIds[0], mEven.GetId(), mEven.GetId()};
+        for (std::size_t i = 0; i < 100; ++i) {
+            for (std::size_t j = 0; j < lWalks; ++j)
+                lAt[j] = lPages[j % 2]->GetNextDescendent(j < 2 ? mOdd.GetId() : mEven.GetId(), lAt[j]);
+            ASSERT_EQ(i < 99 ? mIds[i + 1] : -1, lAt[0]);
+            ASSERT_EQ(mIds[i + 1], lAt[1]);
+            ASSERT_EQ(lWalks == 2 ? mEven.GetId() : mIds[i] + 1, lAt[2]);
+            ASSERT_EQ(lAt[2], lAt[3]);
+        }
+    }
+}
+
+TEST_F(InterleavedWalk, GoesOnWhenAnInstanceOfThePageIsDestroyed) {
+    Add(false);
+    std::vector<int> lSeen;
+    for (int lId = Step(mOdd.GetId()); lId != -1; lId = Step(lId)) {
+        lSeen.push_back(lId);
+        KLyrPropertyHandle lInstance = KLyrPropertyHandle::Create(*mRoot);
+        AddChild(On(lInstance, mOdd), "own", eINTEGER1);
+        lInstance.Destroy();
+    }
+    EXPECT_EQ(mIds, lSeen);
+}
+
+TEST_F(InterleavedWalk, GoesOnInAnInstanceWhenThePageIsDestroyed) {
+    Add(false);
+    OwnedRoot lInstance(KLyrPropertyHandle::Create(*mRoot));
+    const int lOdd = mOdd.GetId();
+    EXPECT_EQ(mIds[1], lInstance->GetPage()->GetNextDescendent(lOdd, mIds[0]));
+    mRoot->Destroy();
+    EXPECT_EQ(mIds[2], lInstance->GetPage()->GetNextDescendent(lOdd, mIds[1]));
+    EXPECT_EQ(mIds, Descendents(lInstance->GetPage(), lOdd));
+}
+
 TEST_F(InterleavedWalk, ComesToAPropertyThatWasPushedMeanwhile) {
     Add(false);
     Walk();
@@ -451,6 +518,32 @@ TEST_F(PropertyIndex, WalksOnlyThePageThatIsAsked) {
         ASSERT_EQ(lExpected, Descendents(lInstance.GetPage(), lFirst.GetId()));
         lInstance.Destroy();
     }
+}
+
+// Descriptions of one name come to the instance in any order; the smallest id is found at every time.
+TEST_F(PropertyIndex, FindsTheFirstOfManyNamesakesInWhateverOrderTheyCome) {
+    OwnedRoot lRoot(KLyrPropertyHandle::Create("root", eUNIDENTIFIED));
+    for (int i = 0; i < 200; ++i)
+        AddChild(*lRoot, "other", eINTEGER1);
+    Page* lPage = lRoot->GetPage();
+    KLyrPropertyInfo* lInfo = KLyrPropertyInfo::Create("Same", eINTEGER1);
+    lInfo->IncRef();
+    std::set<int> lSame;
+    for (int i = 0; i < 2000; ++i) {
+        const int lId = 1 + i * 37 % 200;
+        const bool lGoes = i % 3 == 0 && lSame.count(lId) > 0;
+        if (lGoes) {
+            lSame.erase(lId);
+            lPage->GetPropertyEntry(lId)->Set(static_cast<KLyrPropertyInfo*>(nullptr));
+        } else {
+            lSame.insert(lId);
+            lPage->GetPropertyEntry(lId)->Set(lInfo);
+        }
+        ASSERT_EQ(lSame.empty() ? -1 : *lSame.begin(), lPage->FastFind(0, "same", nullptr, false));
+        ASSERT_EQ(FindByScan(lPage, 0, "Same", nullptr, true), lPage->FastFind(0, "Same", nullptr, true));
+        ASSERT_EQ(-1, lPage->FastFind(0, "same", nullptr, true));
+    }
+    lInfo->DecRef();
 }
 
 // Entries that come and go make the index move its records.
