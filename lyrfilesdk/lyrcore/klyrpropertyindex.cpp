@@ -35,11 +35,13 @@ char Fold(char pChar) {
 }
 
 bool AreNamesakes(const char* pLeft, const char* pRight) {
-    while (pLeft != pRight && *pLeft && Fold(*pLeft) == Fold(*pRight)) {
+    if (std::strcmp(pLeft, pRight) == 0)
+        return true;
+    while (*pLeft && Fold(*pLeft) == Fold(*pRight)) {
         ++pLeft;
         ++pRight;
     }
-    return Fold(*pLeft) == Fold(*pRight);
+    return *pLeft == *pRight;
 }
 
 KLyrPropertyInfo* InfoOf(const KLyrPropertyEntry* pEntry) {

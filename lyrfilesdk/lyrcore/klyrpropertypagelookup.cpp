@@ -35,15 +35,9 @@ private:
     KString mLong;
 };
 
-// Whether this is the locale that programs start with.
-bool IsPlainLocale() {
-    const char* lName = uselocale(locale_t()) == LC_GLOBAL_LOCALE ? setlocale(LC_CTYPE, nullptr) : nullptr;
-    return lName && std::strcmp(lName, "C") == 0;
-}
-
 // Whether strcasecmp takes no characters for equal but the two cases of an ASCII letter.
 bool OnlyAsciiHasCase() {
-    if (MB_CUR_MAX > 1 || IsPlainLocale())
+    if (MB_CUR_MAX > 1)
         return true;
 #ifdef __GLIBC__
     // Usually it is the locale that every program starts with.
@@ -74,7 +68,8 @@ struct KLyrPropertyPage::NameToFind {
     bool IsMetBy(const KLyrPropertyInfo* pInfo) const {
         if (!pInfo || (mTypeInfo && pInfo->GetTypeInfo() != mTypeInfo))
             return false;
-        return (mCaseSensitive ? std::strcmp : strcasecmp)(pInfo->GetNameText(), mText) == 0;
+        const char* lName = pInfo->GetNameText();
+        return (mCaseSensitive ? std::strcmp(lName, mText) : strcasecmp(lName, mText)) == 0;
     }
 
     int mParentId;
