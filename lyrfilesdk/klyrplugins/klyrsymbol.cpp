@@ -10,6 +10,7 @@
 #include <type_traits>
 
 #include "lyrfilesdk/components/kbaselib/klib/kmemory.h"
+#include "lyrfilesdk/klyrplugins/klyrtexthash.h"
 
 namespace lyrsdk {
 namespace {
@@ -39,73 +40,11 @@ struct Key {
     unsigned int mHash;
 };
 
-// Both halves of the product of two numbers, laid over each other.
-std::uint64_t MultiplyAndFold(std::uint64_t pLeft, std::uint64_t pRight) {
-#ifdef __SIZEOF_INT128__
-    __extension__ using Wide = unsigned __int128;
-    const Wide lProduct = static_cast<Wide>(pLeft) * pRight;
-    return static_cast<std::uint64_t>(lProduct) ^ static_cast<std::uint64_t>(lProduct >> 64);
-#else
-    const std::uint64_t lLow = (pLeft & 0xFFFFFFFFu) * (pRight & 0xFFFFFFFFu);
-    const std::uint64_t lLeftHigh = (pLeft >> 32) * (pRight & 0xFFFFFFFFu);
-    const std::uint64_t lRightHigh = (pLeft & 0xFFFFFFFFu) * (pRight >> 32);
-    const std::uint64_t lHigh = (pLeft >> 32) * (pRight >> 32);
-    const std::uint64_t lMiddle = (lLow >> 32) + (lLeftHigh & 0xFFFFFFFFu) + lRightHigh;
-    return (lMiddle << 32 | (lLow & 0xFFFFFFFFu)) ^ (lHigh + (lLeftHigh >> 32) + (lMiddle >> 32));
-#endif
-}
-
-template <typename Word>
-std::uint64_t Read(const char* pText) {
-    Word lWord;
-    std::memcpy(&lWord, pText, sizeof(lWord));
-    return lWord;
-}
-
-// Two numbers that differ from process to process where the system places programs at random, so that nobody can write
-// a file of names that all hash alike.
-struct Seed {
-    Seed() {
-        static const char sPlace = 0;
-        const char lPlace = 0;
-        const std::uint64_t lAddresses =
-            reinterpret_cast<std::uintptr_t>(&sPlace) ^ std::uint64_t(reinterpret_cast<std::uintptr_t>(&lPlace)) << 28;
-        mLeft = MultiplyAndFold(lAddresses ^ 0x9E3779B97F4A7C15u, 0xBF58476D1CE4E5B9u);
-        mRight = MultiplyAndFold(lAddresses ^ 0x94D049BB133111EBu, 0xD6E8FEB86659FD93u);
-    }
-
-    std::uint64_t mLeft;
-    std::uint64_t mRight;
-};
-
-// Sixteen bytes a multiplication; the last two words may overlap what came before them.
-unsigned int Hash(const char* pText, std::size_t pLength) {
-    static const Seed sgSeed;
-    std::uint64_t lHash = sgSeed.mRight;
-    std::size_t lLeft = pLength;
-    for (; lLeft > 16; pText += 16, lLeft -= 16)
-        lHash = MultiplyAndFold(Read<std::uint64_t>(pText) ^ sgSeed.mLeft, Read<std::uint64_t>(pText + 8) ^ lHash);
-    std::uint64_t lFirst = 0;
-    std::uint64_t lLast = 0;
-    if (lLeft >= 8) {
-        lFirst = Read<std::uint64_t>(pText);
-        lLast = Read<std::uint64_t>(pText + lLeft - 8);
-    } else if (lLeft >= 4) {
-        lFirst = Read<std::uint32_t>(pText);
-        lLast = Read<std::uint32_t>(pText + lLeft - 4);
-    } else {
-        lFirst = Read<unsigned char>(pText) << 16 | Read<unsigned char>(pText + lLeft / 2) << 8 |
-                 Read<unsigned char>(pText + lLeft - 1);
-    }
-    lHash = MultiplyAndFold(lFirst ^ sgSeed.mLeft, lLast ^ lHash);
-    lHash = MultiplyAndFold(lHash ^ sgSeed.mRight, pLength ^ sgSeed.mLeft);
-    return static_cast<unsigned int>(lHash ^ lHash >> 32);
-}
-
 // Of a text that is not empty.
 Key MakeKey(const char* pText) {
     const std::size_t lLength = std::strlen(pText);
-    return {pText, lLength, Hash(pText, lLength)};
+    const std::uint64_t lHash = detail::HashText<detail::AsWritten>(pText, lLength);
+    return {pText, lLength, static_cast<unsigned int>(lHash ^ lHash >> 32)};
 }
 
 // A lock that is held for a short time but when the table grows, at a fraction of a mutex's price when nobody else
@@ -264,6 +203,16 @@ Table sgTable;
 static_assert(std::is_trivially_destructible_v<Table>, "symbols may go after it");
 
 }  // namespace
+
+// An address in the program and one on the stack: either may be the same in every process.
+detail::HashSeed::HashSeed() {
+    static const char sPlace = 0;
+    const char lPlace = 0;
+    const std::uint64_t lAddresses =
+        reinterpret_cast<std::uintptr_t>(&sPlace) ^ std::uint64_t(reinterpret_cast<std::uintptr_t>(&lPlace)) << 28;
+    mLeft = MultiplyAndFold(lAddresses ^ 0x9E3779B97F4A7C15u, 0xBF58476D1CE4E5B9u);
+    mRight = MultiplyAndFold(lAddresses ^ 0x94D049BB133111EBu, 0xD6E8FEB86659FD93u);
+}
 
 const char KLyrStringSymbol::sgEmptyText[1] = "";
 

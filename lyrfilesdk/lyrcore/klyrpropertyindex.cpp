@@ -2,33 +2,14 @@
 
 #include <cstring>
 
+#include "lyrfilesdk/klyrplugins/klyrtexthash.h"
+
 namespace lyrsdk {
 namespace {
 
 // Records that an index makes room for at a time, and records of entries that went which it always puts up with.
 constexpr unsigned kRecords = 32;
 constexpr unsigned kFirstSlots = 128;
-
-// Its address is the seed of the hashes: a file cannot know it where programs are placed at random.
-const char sgSeed = 0;
-
-constexpr std::uint64_t kOnes = 0x0101010101010101u;
-constexpr std::uint64_t kHighBits = 0x8080808080808080u;
-
-// Eight characters with their ASCII capitals made small.
-std::uint64_t Fold(std::uint64_t pChars) {
-    const std::uint64_t lLowBits = pChars & ~kHighBits;
-    const std::uint64_t lFromA = lLowBits + (0x80 - 'A') * kOnes;
-    const std::uint64_t lBehindZ = lLowBits + (0x7F - 'Z') * kOnes;
-    return pChars | (((lFromA ^ lBehindZ) & ~pChars & kHighBits) >> 2);
-}
-
-// Every bit of the value changes about half of the bits.
-std::uint64_t Mix(std::uint64_t pValue) {
-    pValue = (pValue ^ (pValue >> 32)) * 0xBF58476D1CE4E5B9u;
-    pValue = (pValue ^ (pValue >> 29)) * 0x94D049BB133111EBu;
-    return pValue ^ (pValue >> 32);
-}
 
 char Fold(char pChar) {
     return pChar >= 'A' && pChar <= 'Z' ? static_cast<char>(pChar + ('a' - 'A')) : pChar;
@@ -52,20 +33,13 @@ KLyrPropertyInfo* InfoOf(const KLyrPropertyEntry* pEntry) {
 
 // --- keys and hashes -----------------------------------------------------------------------------------------------
 
-KLyrPropertyIndex::Name::Name(const char* pText) : mText(pText), mHash(reinterpret_cast<std::uintptr_t>(&sgSeed)) {
-    std::size_t lLeft = std::strlen(pText);
-    for (mHash += lLeft; lLeft > 0;) {
-        const std::size_t lCount = lLeft < 8 ? lLeft : 8;
-        std::uint64_t lChars = 0;
-        std::memcpy(&lChars, pText, lCount);
-        mHash = Mix(mHash ^ Fold(lChars));
-        pText += lCount;
-        lLeft -= lCount;
-    }
-}
+KLyrPropertyIndex::Name::Name(const char* pText)
+    : mText(pText), mHash(detail::HashText<detail::WithoutCase>(pText, std::strlen(pText))) {}
 
 unsigned KLyrPropertyIndex::Hash(int pParentId, const Name& pName) {
-    return static_cast<unsigned>(Mix(pName.mHash + static_cast<unsigned>(pParentId)));
+    const std::uint64_t lHash =
+        detail::MultiplyAndFold(pName.mHash, detail::SeedOfHashes().mLeft + static_cast<unsigned>(pParentId));
+    return static_cast<unsigned>(lHash ^ lHash >> 32);
 }
 
 // No id is negative, but what a search starts from may be.
@@ -156,7 +130,8 @@ int KLyrPropertyIndex::NextSibling(const KLyrPropertyEntry* pEntry) {
 
 // An entry stands above those of lower rank. Ids that come in order have ranks in no order, which keeps a tree flat.
 std::uint64_t KLyrPropertyIndex::RankOf(const KLyrPropertyEntry* pEntry) {
-    return Mix(static_cast<unsigned>(IdOf(pEntry)) + reinterpret_cast<std::uintptr_t>(&sgSeed));
+    const detail::HashSeed& lSeed = detail::SeedOfHashes();
+    return detail::MultiplyAndFold(lSeed.mLeft ^ static_cast<unsigned>(IdOf(pEntry)), lSeed.mRight);
 }
 
 // The entry of the tree with the smallest id above pAfter, or null.

@@ -12,7 +12,7 @@ cmake_minimum_required(VERSION 3.25)
 set(lFolder "${SOURCE_DIR}/tests/reliability")
 
 # Internal to the library, though headers.
-set(lInternal klyrconnectionindex klyrdescendentwalk klyrpropertyindex)
+set(lInternal klyrconnectionindex klyrdescendentwalk klyrpropertyindex klyrtexthash)
 
 # The lines of a file as a list; brackets and semicolons, which would upset one, are spelled out.
 function(read_lines pFile pResult)
