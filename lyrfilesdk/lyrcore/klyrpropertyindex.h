@@ -10,10 +10,11 @@
 //              3   8
 //
 // It answers for the page's own entries only; the page merges the answers of its chain. Finding the next child is
-// O(log n), finding a name O(1) on average whatever names a file has: the hash is seeded in every process. Among m
-// namesakes it is O(log m), and so is putting one of them in or taking it out, wherever its id lies: the trees are
-// kept flat by ranks, random numbers that are made from the ids. Neither search allocates. It costs 80 bytes a property
-// (44 on 32 bit), and two to four pointers in the table.
+// O(log n), finding a name O(1) on average: the hashes are seeded in every process, so that a file cannot know names
+// that hash alike where the system places programs at random. Among m namesakes it is O(log m), and so is putting one
+// of them in or taking it out, wherever its id lies: the trees are kept flat by ranks, random numbers that are made
+// from the ids. Neither search allocates. It costs 80 bytes a property (44 on 32 bit), and two to four pointers in the
+// table.
 //
 // An entry knows its record here, so that the next sibling is one step away and an entry that is given another
 // description moves to the tree of its new name.
