@@ -191,7 +191,7 @@ void Builder::ConnectReferences() {
         const bool lToNode = lReference.target == ObjectKind::eNode;
         if (lFromScene && lToNode)
             lRoots.push_back(lReference);
-        else if (lToNode && lProperty.Is(lReference.object->root.Find("children", true)))
+        else if (lToNode && lProperty.Is(mScene.Known(*lReference.object, "children")))
             lChildren.push_back(lReference);
         else
             lProperty.ConnectSrc(lTarget->root, kReference);
@@ -210,14 +210,14 @@ void Builder::ConnectNodes(const std::vector<Reference>& pChildren, const std::v
         const SceneObject* lChild = mScene.ObjectAt(ObjectKind::eNode, lReference.index);
         KLyrPropertyHandle lChildren = lReference.property;
         if (lParents[static_cast<std::size_t>(lReference.index)] == lReference.object->index)
-            lChildren.ConnectDst(lChild->root.Find("parent", true), kContains);
+            lChildren.ConnectDst(mScene.Known(*lChild, "parent"), kContains);
     }
     for (const Reference& lReference : pRoots) {
         const SceneObject* lRoot = mScene.ObjectAt(ObjectKind::eNode, lReference.index);
         const int lParent = lParents[static_cast<std::size_t>(lReference.index)];
         KLyrPropertyHandle lNodes = lReference.property;
         if (lParent < 0)
-            lNodes.ConnectDst(lRoot->root.Find("parent", true), kContains);
+            lNodes.ConnectDst(mScene.Known(*lRoot, "parent"), kContains);
         else
             mWarnings.Add(TitleOf(*lRoot) + " has the parent " + lTitle(lParent) + "; the link from " +
                           TitleOf(*lReference.object) + " is left out");
@@ -226,8 +226,8 @@ void Builder::ConnectNodes(const std::vector<Reference>& pChildren, const std::v
 
 void Builder::ConnectContained(const SceneObject& pOwner, const char* pList, const SceneObject& pPart,
                                const char* pBack) {
-    KLyrPropertyHandle lList = pOwner.root.Find(pList, true);
-    lList.ConnectDst(pPart.root.Find(pBack, true), kContains);
+    KLyrPropertyHandle lList = mScene.Known(pOwner, pList);
+    lList.ConnectDst(mScene.Known(pPart, pBack), kContains);
 }
 
 void Builder::ConnectAnimated(const SceneObject& pChannel) {
@@ -255,7 +255,7 @@ void Builder::CheckNames() {
         std::size_t lRepeated = 0;
         const SceneObject* lFirst = nullptr;
         for (const SceneObject* lObject : mScene.Objects(lKind)) {
-            const KLyrPropertyHandle lName = lObject->root.Find("name", true);
+            const KLyrPropertyHandle lName = mScene.Known(*lObject, "name");
             if (lName.GetType() != eSTRING || lName.GetValueInheritType(false) != eLyrOverride)
                 continue;
             if (lObject->name.empty()) {

@@ -137,7 +137,7 @@ bool ParseDocument(std::string_view pText, Json& pDocument, Warnings& pWarnings,
     return true;
 }
 
-const Json* MemberOf(const Json& pObject, const char* pName) {
+const Json* MemberOf(const Json& pObject, std::string_view pName) {
     if (!pObject.is_object())
         return nullptr;
     const auto lFound = pObject.find(pName);

@@ -29,7 +29,7 @@ const Json& ArrayOf(const Json& pObject, const char* pName);
 const Json& ArrayOf(const Json& pObject, const char* pName, const std::string& pWhere, Warnings& pWarnings);
 
 // The member pName of pObject, or null when pObject is no object or has no such member.
-const Json* MemberOf(const Json& pObject, const char* pName);
+const Json* MemberOf(const Json& pObject, std::string_view pName);
 
 // Whether pValue is a whole number that fits an int, which it then gives. 3.0 is a whole number.
 bool ToInt(const Json& pValue, int& pResult);

@@ -11,6 +11,7 @@ namespace lyrsdk::inspect {
 
 namespace {
 
+constexpr std::size_t kManyMembers = 16;
 constexpr char kLights[] = "KHR_lights_punctual";
 constexpr char kTextureTransform[] = "KHR_texture_transform";
 
@@ -51,9 +52,7 @@ void ObjectReader::Read(SceneObject& pObject, const Json& pJson, const std::vect
         return;
     }
     ReadName(pJson);
-    pObject.root.BeginCreateOrFindProperty();
-    ReadMembers(pObject.root, pJson, pSkipped);
-    pObject.root.EndCreateOrFindProperty();
+    ReadBelow(pObject.root, pJson, pSkipped);
 }
 
 void ObjectReader::ReadInto(SceneObject& pObject, const KLyrPropertyHandle& pProperty, const Json& pJson) {
@@ -62,9 +61,17 @@ void ObjectReader::ReadInto(SceneObject& pObject, const KLyrPropertyHandle& pPro
         Warn(pProperty, "is " + Described(pJson) + ", not an object");
         return;
     }
-    pObject.root.BeginCreateOrFindProperty();
-    ReadMembers(pProperty, pJson, {});
-    pObject.root.EndCreateOrFindProperty();
+    ReadBelow(pProperty, pJson, {});
+}
+
+// A bracket looks at the whole page first, which a few members are not worth.
+void ObjectReader::ReadBelow(KLyrPropertyHandle pParent, const Json& pJson, const std::vector<const char*>& pSkipped) {
+    const bool lIsWorthABracket = pJson.size() >= kManyMembers;
+    if (lIsWorthABracket)
+        pParent.BeginCreateOrFindProperty();
+    ReadMembers(pParent, pJson, pSkipped);
+    if (lIsWorthABracket)
+        pParent.EndCreateOrFindProperty();
 }
 
 void ObjectReader::ReportNames() {
@@ -80,7 +87,7 @@ void ObjectReader::ReportNames() {
 // Everything that reads the name again reads it from the property; the record's copy is for messages and headings.
 void ObjectReader::ReadName(const Json& pJson) {
     const Json* lName = MemberOf(pJson, "name");
-    if (lName && lName->is_string() && mScene.FactsOf(*mObject, mObject->root.Find("name", true)).row)
+    if (lName && lName->is_string() && mScene.Known(*mObject, "name").Valid())
         mObject->name = lName->get_ref<const std::string&>();
 }
 
@@ -112,9 +119,10 @@ KLyrPropertyHandle ObjectReader::FindKnown(const KLyrPropertyHandle& pParent, co
     // A zero character would end the name early and find another property.
     if (pName.find('\0') != std::string::npos)
         return KLyrPropertyHandle();
-    const bool lTransform = mObject->kind == ObjectKind::eNode && pParent.Is(mObject->root) && IsNodeTransform(pName);
-    const KLyrPropertyHandle lFound =
-        lTransform ? pParent.Find(("transform/" + pName).c_str(), "/", true) : pParent.Find(pName.c_str(), true);
+    const bool lBelowRoot = pParent.Is(mObject->root);
+    const bool lTransform = lBelowRoot && mObject->kind == ObjectKind::eNode && IsNodeTransform(pName);
+    const KLyrPropertyHandle lFound = lBelowRoot ? mScene.Known(*mObject, lTransform ? "transform/" + pName : pName)
+                                                 : pParent.Find(pName.c_str(), true);
     const PropertyRow* lRow = lFound.Valid() ? mScene.FactsOf(*mObject, lFound).row : nullptr;
     return lRow && !lRow->derived ? lFound : KLyrPropertyHandle();
 }

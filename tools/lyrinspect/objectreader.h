@@ -44,6 +44,7 @@ public:
     void ReportNames();
 
 private:
+    void ReadBelow(KLyrPropertyHandle pParent, const Json& pJson, const std::vector<const char*>& pSkipped);
     void ReadMembers(const KLyrPropertyHandle& pParent, const Json& pJson, const std::vector<const char*>& pSkipped);
     void ReadMember(const KLyrPropertyHandle& pParent, const std::string& pName, const Json& pValue);
     void ReadKnown(const KLyrPropertyHandle& pProperty, const PropertyFacts& pFacts, const Json& pValue);

@@ -1,6 +1,7 @@
 #include "tools/lyrinspect/rules.h"
 
 #include <string>
+#include <string_view>
 
 namespace lyrsdk::inspect {
 
@@ -79,20 +80,20 @@ constexpr Rule kRules[] = {
 };
 
 // Takes the first name off pPath.
-std::string TakeName(std::string& pPath) {
+std::string_view TakeName(std::string_view& pPath) {
     const std::size_t lSlash = pPath.find('/');
-    const std::string lName = pPath.substr(0, lSlash);
-    pPath.erase(0, lSlash == std::string::npos ? lSlash : lSlash + 1);
+    const std::string_view lName = pPath.substr(0, lSlash);
+    pPath.remove_prefix(lSlash == std::string_view::npos ? pPath.size() : lSlash + 1);
     return lName;
 }
 
 // The member at pPath, null when it is not there. pMissing says whether an object lacks it.
-const Json* MemberAt(const Json& pJson, std::string pPath, bool& pMissing) {
+const Json* MemberAt(const Json& pJson, std::string_view pPath, bool& pMissing) {
     const Json* lJson = &pJson;
     while (lJson && !pPath.empty()) {
-        const std::string lName = TakeName(pPath);
+        const std::string_view lName = TakeName(pPath);
         pMissing = pPath.empty() && lJson->is_object();
-        lJson = MemberOf(*lJson, lName.c_str());
+        lJson = MemberOf(*lJson, lName);
     }
     pMissing = pMissing && !lJson;
     return lJson;
@@ -106,12 +107,19 @@ bool IsNumber(const Json* pJson) {
     return pJson && pJson->is_number();
 }
 
+// Whether it is the lack of the member that may be wrong.
+bool IsDemandFor(Demand pDemand) {
+    return pDemand == Demand::eRequired || pDemand == Demand::eFilled || pDemand == Demand::eChosen;
+}
+
 // What is wrong, as the end of a sentence that starts with the object; empty when nothing is.
 std::string Complaint(const Rule& pRule, const Json& pJson) {
-    const std::string lName = pRule.member;
     bool lMissing = false;
+    const Json* lMember = MemberAt(pJson, pRule.member, lMissing);
+    if (!lMember && !(lMissing && IsDemandFor(pRule.demand)))
+        return "";
+    const std::string lName = pRule.member;
     bool lOtherMissing = false;
-    const Json* lMember = MemberAt(pJson, lName, lMissing);
     const Json* lOther = MemberAt(pJson, pRule.other, lOtherMissing);
     switch (pRule.demand) {
         case Demand::eRequired:

@@ -22,6 +22,9 @@ Scene::Scene() {
         lObject.root = lPrototype.page;
         lObject.nextTag = static_cast<int>(lPrototype.facts.size());
         lObject.root.SetPageDataPtr(&lObject);
+        for (KLyrPropertyHandle lStep = lObject.root.GetFirstDescendent(); lStep.Valid();
+             lStep = lObject.root.GetNextDescendent(lStep))
+            mKnownIds[i].emplace(PathOf(lStep, '/'), lStep.GetId());
     }
 }
 
@@ -70,6 +73,12 @@ SceneObject* Scene::ObjectAt(ObjectKind pKind, int pIndex) const {
 
 const SceneObject& Scene::PrototypeObject(ObjectKind pKind) const {
     return mPrototypeObjects[static_cast<std::size_t>(pKind)];
+}
+
+KLyrPropertyHandle Scene::Known(const SceneObject& pObject, const std::string& pPath) const {
+    const std::unordered_map<std::string, int>& lIds = mKnownIds[static_cast<std::size_t>(pObject.kind)];
+    const auto lFound = lIds.find(pPath);
+    return lFound == lIds.end() ? KLyrPropertyHandle() : KLyrPropertyHandle(pObject.root.GetPage(), lFound->second);
 }
 
 KLyrPropertyHandle Scene::AddProperty(SceneObject& pObject, KLyrPropertyHandle pParent, const std::string& pName,

@@ -9,6 +9,7 @@
 #include <array>
 #include <deque>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "tools/lyrinspect/prototypes.h"
@@ -52,6 +53,10 @@ public:
     bool IsComplete() const { return mComplete && mPrototypes.IsComplete(); }
     const SceneObject& PrototypeObject(ObjectKind pKind) const;
 
+    // The property that the prototype has at this path of names with '/' between them, seen through the object; invalid
+    // when it has none. Costs no search in the pages: an id means the same property in all objects of a kind.
+    KLyrPropertyHandle Known(const SceneObject& pObject, const std::string& pPath) const;
+
     // A new property below pParent, typed by the type page of that name, with the next user tag of pObject. The default
     // handle when there is no memory for it.
     KLyrPropertyHandle AddProperty(SceneObject& pObject, KLyrPropertyHandle pParent, const std::string& pName,
@@ -64,6 +69,7 @@ public:
 private:
     Prototypes mPrototypes;
     std::array<SceneObject, kKindCount> mPrototypeObjects;
+    std::array<std::unordered_map<std::string, int>, kKindCount> mKnownIds;
     std::deque<SceneObject> mObjects;
     std::array<std::vector<SceneObject*>, kKindCount> mByKind;
     bool mComplete = true;
