@@ -31,9 +31,10 @@
 // most at a time. A page of 32 entries or more has an index beside them, at about 110 bytes an entry (70 on 32 bit),
 // and the family of a page of 128 has the room for walks, at 16 to 32.
 //
-// A page family is used by one thread at a time, for reading too: a walk writes down where it is. Different
-// families may be used by different threads. Families that are connected, or of which one types properties of the
-// other, count as one: they are linked.
+// A page family is used by one thread at a time. While nobody changes it, several threads may read it together, but for
+// what writes down where it is: walks over descendants, and connections seen through a filter. Different families may
+// be used by different threads. Families that are connected, or of which one types properties of the other, count as
+// one: they are linked.
 
 #include "lyrfilesdk/components/kbaselib/klib/kapi.h"
 #include "lyrfilesdk/components/kbaselib/klib/karrayul.h"

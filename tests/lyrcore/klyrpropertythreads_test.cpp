@@ -236,6 +236,40 @@ TEST_F(PropertyThreads, SilenceASiteForAllOfThem) {
     KSetAssertFailedHandler(lBefore);
 }
 
+// --- reading together ------------------------------------------------------------------------------------------------
+
+// All that is seen below a property by steps in the tree, and each name found again.
+void ReadBelow(const H& pRoot, const H& pParent, std::string& pSeen) {
+    for (H lIt = pParent.GetChild(); lIt.Valid(); lIt = lIt.GetSibling()) {
+        pSeen += Describe(lIt, true);
+        pSeen += std::to_string(pParent.Find(lIt.GetName(), lIt.GetId() % 2 == 0).GetId());
+        pSeen += std::to_string(lIt.GetParent().GetId()) + std::to_string(lIt.IsDescendentOf(pRoot));
+        pSeen += std::to_string(lIt.GetValueInheritType(true)) + std::to_string(lIt.GetSrcCount(nullptr));
+        ReadBelow(pRoot, lIt, pSeen);
+    }
+}
+
+TEST_F(PropertyThreads, ReadOneFamilyThatNobodyChanges) {
+    OwnedRoot lTop(H::Create("prototype", eUNIDENTIFIED));
+    for (int i = 0; i < 40; ++i) {
+        H lGroup = AddChild(*lTop, Name("group ", i).c_str(), eSTRING);
+        for (int j = 0; j < 4; ++j)
+            AddChild(lGroup, Name("part ", j).c_str(), j % 2 ? eDOUBLE3 : eDISTANCE);
+    }
+    OwnedRoot lMiddle(H::Create(*lTop));
+    OwnedRoot lBottom(H::Create(*lMiddle));
+    SetEverything(*lTop, 0);
+    SetEverything(*lBottom, 1);
+    ConnectEverything(*lBottom, *lTop);
+    std::string lExpected;
+    ReadBelow(*lBottom, *lBottom, lExpected);
+    OnAllThreads([&](int) {
+        std::string lSeen;
+        ReadBelow(*lBottom, *lBottom, lSeen);
+        EXPECT_EQ(lSeen, lExpected);
+    });
+}
+
 // --- handing over ----------------------------------------------------------------------------------------------------
 
 TEST_F(PropertyThreads, HandAFamilyOver) {
