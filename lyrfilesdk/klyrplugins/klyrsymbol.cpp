@@ -172,6 +172,7 @@ private:
 
     void Free(Entry* pEntry) {
         Entry** lLink = &mBuckets[pEntry->mHash & (mBucketCount - 1)];
+        // NOLINTNEXTLINE(clang-analyzer-core.NullDereference): it is in its bucket
         while (*lLink != pEntry)
             lLink = &(*lLink)->mChain;
         *lLink = pEntry->mChain;

@@ -191,7 +191,7 @@ private:
     std::string PathTo(int pFrom, int pId, const std::string& pSeparators) const {
         std::string lPath;
         for (int lSteps = 0; lSteps < 8 && pId >= 0 && pId < static_cast<int>(mProperties.size()); ++lSteps) {
-            lPath = lPath.empty() ? At(pId).mName : At(pId).mName + pSeparators.substr(0, 1) + lPath;
+            lPath.insert(0, lPath.empty() ? At(pId).mName : At(pId).mName + pSeparators.substr(0, 1));
             pId = At(pId).mParent;
             if (pId == pFrom)
                 break;

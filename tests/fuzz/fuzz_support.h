@@ -33,7 +33,7 @@ public:
     // As many bytes as asked for, or what is left.
     std::string Text(std::size_t pSize) {
         const std::size_t lLeft = static_cast<std::size_t>(mEnd - mNext);
-        const std::string lText(reinterpret_cast<const char*>(mNext), pSize < lLeft ? pSize : lLeft);
+        std::string lText(reinterpret_cast<const char*>(mNext), pSize < lLeft ? pSize : lLeft);
         mNext += lText.size();
         return lText;
     }

@@ -81,8 +81,10 @@ PagePtr MakeSubtree(int pCount, int pSubtree, ELayout pLayout, int* pRoot, EName
     std::vector<int> lIds = Numbers(2, pCount - 2, pLayout == eScattered ? eRandom : eAscending);
     const int lStep = pLayout == eTogether ? 1 : std::max(1, (pCount - 2) / pSubtree);
     std::vector<int> lMine;
-    for (int i = 0; i < pSubtree; ++i)
-        lMine.push_back(lIds[static_cast<std::size_t>(i * (pLayout == eScattered ? 1 : lStep))]);
+    for (int i = 0; i < pSubtree; ++i) {
+        const int lAt = i * (pLayout == eScattered ? 1 : lStep);
+        lMine.push_back(lIds[static_cast<std::size_t>(lAt)]);
+    }
     std::sort(lMine.begin(), lMine.end());
 
     // Property 1 is the parent of all others, so that they make one large subtree.

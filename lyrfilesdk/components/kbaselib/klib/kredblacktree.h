@@ -556,7 +556,7 @@ void KRedBlackTree<Data, Compare, Allocator>::FixNodesAfterRemoval(RecordType* p
         lSibling->mColor = eRed;
     }
     if (!IsBlack(pNode))
-        pNode->mColor = eBlack;
+        pNode->mColor = eBlack;  // NOLINT(clang-analyzer-core.NullDereference): null is black
     if (mRoot)
         mRoot->mColor = eBlack;
 }

@@ -433,6 +433,19 @@ TEST(EntryMap, LeavesAloneWhatItsValuesPointAt) {
     EXPECT_EQ(lTarget, 5);
 }
 
+// The allocator of this map gives no record back by itself.
+TEST(EntryMap, ClearsKeysThatOwnSomething) {
+    const std::size_t lBefore = MemoryProbe::LiveBytes();
+    {
+        KMap<KString, int, KStringCompare, KHungryAllocator> lMap;
+        for (int i = 0; i < 100; ++i)
+            lMap.Insert(TextTraits::Key(i), i);
+        lMap.Clear();
+        lMap.Insert(TextTraits::Key(1), 1);
+    }
+    EXPECT_EQ(MemoryProbe::LiveBytes(), lBefore);
+}
+
 TEST(EntryMap, CanBeReadWhenItIsConstant) {
     int lTarget = 5;
     EntryMap lMap;

@@ -396,8 +396,8 @@ TEST(NumberText, AnEvenDigitStandsWhereTwoTextsAreEquallyNear) {
     std::mt19937_64 lRandom(90025);
     for (int lRound = 0; lRound < 20000; ++lRound) {
         const double lWhole = static_cast<double>(lRandom() >> 14);
-        for (double lFraction = 1.0; lFraction > 0.001; lFraction /= 2.0) {
-            const double lValue = lWhole * lFraction;
+        for (int lPower = 0; lPower < 10; ++lPower) {
+            const double lValue = std::ldexp(lWhole, -lPower);
             ASSERT_EQ(Format(lValue), Shortest(lValue, 15, 17, &std::strtod));
         }
     }
