@@ -30,7 +30,7 @@ Outcome RunOperations(const std::vector<Operation>& pOperations, std::size_t pIn
     Outcome lOutcome;
     for (const Operation& lOperation : pOperations) {
         ++lOutcome.mSteps;
-        lOutcome.mSame = lDriver.Apply(lOperation);
+        lOutcome.mSame = lDriver.ApplyAsStated(lOperation);
         const bool lClose = lOutcome.mSteps + pClosely >= pOperations.size();
         if (lOutcome.mSame && (lClose || (pInterval && lOutcome.mSteps % pInterval == 0)))
             lOutcome.mSame = lDriver.Check();
@@ -73,8 +73,10 @@ public:
             continue;
     }
 
-    // Makes arguments small where the difference stays.
+    // Gives memory and makes arguments small where the difference stays.
     void Simplify() {
+        for (std::size_t i = 0; i < mShortest.size(); ++i)
+            GiveMemory(i);
         for (std::size_t i = 0; i < mShortest.size(); ++i)
             for (std::size_t k = 0; k < kArguments; ++k)
                 SimplifyArgument(i, k);
@@ -100,7 +102,7 @@ private:
         Driver lDriver(mFault);
         std::vector<Operation> lRenamed;
         for (const Operation& lOperation : mShortest) {
-            lDriver.Apply(lOperation);
+            lDriver.ApplyAsStated(lOperation);
             lRenamed.push_back(lDriver.LastRenamed());
         }
         Try(lRenamed, 0);
@@ -169,6 +171,16 @@ private:
         return false;
     }
 
+    void GiveMemory(std::size_t pIndex) {
+        if (!mShortest[pIndex].mRefused)
+            return;
+        std::vector<Operation> lSimpler = mShortest;
+        lSimpler[pIndex].mForever = false;
+        Try(lSimpler, 0);
+        lSimpler[pIndex].mRefused = 0;
+        Try(lSimpler, 0);
+    }
+
     void SimplifyArgument(std::size_t pIndex, std::size_t pArgument) {
         for (std::uint8_t lSmall = 0; lSmall < 4 && pIndex < mShortest.size(); ++lSmall) {
             std::vector<Operation> lSimpler = mShortest;
@@ -204,7 +216,7 @@ std::string Print(const std::vector<Operation>& pOperations, Fault pFault) {
     Driver lDriver(pFault);
     std::string lText;
     for (const Operation& lOperation : pOperations) {
-        const bool lSame = lDriver.Apply(lOperation);
+        const bool lSame = lDriver.ApplyAsStated(lOperation);
         const std::string lReplay = ToText(lOperation);
         lText +=
             lReplay + std::string(lReplay.size() < 40 ? 40 - lReplay.size() : 1, ' ') + "# " + lDriver.Last() + "\n";
@@ -214,15 +226,17 @@ std::string Print(const std::vector<Operation>& pOperations, Fault pFault) {
     return lText + "# " + (lDriver.Difference().empty() ? "both agree" : lDriver.Difference()) + "\n";
 }
 
+std::string Shortened(std::uint64_t pSeed, std::vector<Operation> pOperations, const Outcome& pOutcome, Fault pFault) {
+    pOperations.resize(pOutcome.mSteps);
+    const std::vector<Operation> lShort = Shorten(pOperations, pFault, 300 * pOutcome.mSteps + 2000000);
+    return "seed " + std::to_string(pSeed) + ", operation " + std::to_string(pOutcome.mSteps) + ": " +
+           pOutcome.mDifference + "\n" + Print(lShort, pFault);
+}
+
 std::string RunSeed(std::uint64_t pSeed, std::uint64_t pCount, Fault pFault, std::size_t pInterval) {
-    std::vector<Operation> lOperations = Generate(pSeed, pCount);
+    const std::vector<Operation> lOperations = Generate(pSeed, pCount);
     const Outcome lOutcome = RunOperations(lOperations, pInterval, pFault, 1);
-    if (lOutcome.mSame)
-        return "";
-    lOperations.resize(lOutcome.mSteps);
-    const std::vector<Operation> lShort = Shorten(lOperations, pFault, 300 * lOutcome.mSteps + 2000000);
-    return "seed " + std::to_string(pSeed) + ", operation " + std::to_string(lOutcome.mSteps) + ": " +
-           lOutcome.mDifference + "\n" + Print(lShort, pFault);
+    return lOutcome.mSame ? "" : Shortened(pSeed, lOperations, lOutcome, pFault);
 }
 
 }  // namespace lyrmodel

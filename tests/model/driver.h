@@ -40,6 +40,8 @@ public:
     // If the library does not do it, it is compared with the model as that was, and the operation is applied once more
     // with memory. ScarceMemory must be the library's.
     Scarce ApplyScarce(const Operation& pOperation, std::size_t pFirst, bool pForever);
+    // With memory or without, as the operation says. False when both sides differ.
+    bool ApplyAsStated(const Operation& pOperation);
     // Operations that must not ask for memory at all: for them every request is refused.
     static bool NeverAsks(Kind pKind);
     // Operations that are always given memory: those of several calls, and those that destroy pages, because a page
@@ -130,11 +132,15 @@ std::string Print(const std::vector<Operation>& pOperations, Fault pFault);
 std::string RunSeed(std::uint64_t pSeed, std::uint64_t pCount, Fault pFault = Fault::eNone,
                     std::size_t pInterval = kInterval);
 
+// What RunSeed gives for operations that ended so.
+std::string Shortened(std::uint64_t pSeed, std::vector<Operation> pOperations, const Outcome& pOutcome, Fault pFault);
+
 // How often each kind of operation came to what.
 using ScarceCounts = std::array<std::array<std::uint64_t, static_cast<std::size_t>(Driver::Scarce::eCount)>,
                                 static_cast<std::size_t>(Kind::eCount)>;
 
-// The same while random requests for memory are refused, without shortening.
-std::string RunSeedScarce(std::uint64_t pSeed, std::uint64_t pCount, ScarceCounts& pCounts);
+// RunSeed while random requests for memory are refused, comparing everything whenever one was.
+std::string RunSeedScarce(std::uint64_t pSeed, std::uint64_t pCount, ScarceCounts& pCounts,
+                          Fault pFault = Fault::eNone);
 
 }  // namespace lyrmodel

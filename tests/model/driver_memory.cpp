@@ -175,21 +175,29 @@ Driver::Scarce Driver::ApplyScarce(const Operation& pOperation, std::size_t pFir
     return Apply(pOperation) && Check() ? lOutcome : Scarce::eDiffers;
 }
 
-std::string RunSeedScarce(std::uint64_t pSeed, std::uint64_t pCount, ScarceCounts& pCounts) {
-    Driver lDriver;
+bool Driver::ApplyAsStated(const Operation& pOperation) {
+    if (!pOperation.mRefused)
+        return Apply(pOperation);
+    return ApplyScarce(pOperation, pOperation.mRefused - 1u, pOperation.mForever) != Scarce::eDiffers;
+}
+
+std::string RunSeedScarce(std::uint64_t pSeed, std::uint64_t pCount, ScarceCounts& pCounts, Fault pFault) {
+    Driver lDriver(pFault);
     Random lRandom(~pSeed);
-    std::uint64_t lStep = 0;
-    for (const Operation& lOperation : Generate(pSeed, pCount)) {
+    Outcome lOutcome;
+    std::vector<Operation> lOperations = Generate(pSeed, pCount);
+    for (Operation& lOperation : lOperations) {
         // Most operations ask for few blocks.
         const std::uint64_t lDrawn = lRandom.Next();
-        const std::size_t lFirst = static_cast<std::size_t>(lDrawn % (lDrawn & 256 ? 4 : 10));
-        const Driver::Scarce lOutcome = lDriver.ApplyScarce(lOperation, lFirst, lDrawn & 512);
-        ++lStep;
-        ++pCounts[static_cast<std::size_t>(lOperation.mKind)][static_cast<std::size_t>(lOutcome)];
-        if (lOutcome == Driver::Scarce::eDiffers)
-            return "seed " + std::to_string(pSeed) + ", operation " + std::to_string(lStep) + ", request " +
-                   std::to_string(lFirst) + (lDrawn & 512 ? " and all behind it" : "") + " refused: " + lDriver.Last() +
-                   ": " + lDriver.Difference() + "\n";
+        lOperation.mRefused = static_cast<std::uint8_t>(1 + lDrawn % (lDrawn & 256 ? 4 : 10));
+        lOperation.mForever = lDrawn & 512;
+        ++lOutcome.mSteps;
+        const Driver::Scarce lResult = lDriver.ApplyScarce(lOperation, lOperation.mRefused - 1u, lOperation.mForever);
+        ++pCounts[static_cast<std::size_t>(lOperation.mKind)][static_cast<std::size_t>(lResult)];
+        if (lResult == Driver::Scarce::eDiffers) {
+            lOutcome.mDifference = lDriver.Difference();
+            return Shortened(pSeed, lOperations, lOutcome, pFault);
+        }
     }
     return "";
 }

@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 #include <set>
+#include <sstream>
 
 #include "tests/model/driver.h"
 #include "tests/support/memory_probe.h"
@@ -132,6 +134,26 @@ TEST_F(PropertyModelMemory, IsRefusedWhileATypePageIsCopied) {
     std::map<Scarce, int> lOutcomes = RefuseEach(lBefore, "AddTyped 1 0 3 0");
     EXPECT_GE(lOutcomes[Scarce::eUndone], 4);
     EXPECT_GE(lOutcomes[Scarce::ePartly], 4);
+}
+
+TEST_F(PropertyModelMemory, IsRefusedInAShortSequenceWhenTheTwoDiverge) {
+    ScarceCounts lCounts{};
+    const std::string lText = RunSeedScarce(3, 3000, lCounts, Fault::eRefusedPairLeavesNoCopy);
+    EXPECT_EQ(lText.rfind("seed 3, operation ", 0), 0u) << lText;
+    EXPECT_NE(lText.find("the library says"), std::string::npos) << lText;
+    // This mistake shows with memory, too.
+    EXPECT_EQ(lText.find('!'), std::string::npos) << lText;
+    EXPECT_LE(std::count(lText.begin(), lText.end(), '\n'), 10) << lText;
+
+    std::vector<Operation> lOperations;
+    std::istringstream lLines(lText);
+    for (std::string lLine; std::getline(lLines, lLine);) {
+        Operation lOperation;
+        if (FromText(lLine, lOperation))
+            lOperations.push_back(lOperation);
+    }
+    EXPECT_FALSE(RunOperations(lOperations, 1, Fault::eRefusedPairLeavesNoCopy).mSame) << lText;
+    EXPECT_TRUE(RunOperations(lOperations, 1).mSame) << lText;
 }
 
 TEST_F(PropertyModelMemory, IsCountedByRequest) {

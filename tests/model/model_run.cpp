@@ -3,7 +3,7 @@
 //   lyrsdk_model_run [--seed N] [--steps N]   N operations, without end for 0, in runs of the seeds from N on
 //       --length N                            the operations of one run
 //       --interval N                          everything is compared after so many of them; 0: only at the end of a run
-//       --failing-memory                      with random requests for memory refused
+//       --failing-memory                      with random requests for memory refused, and compared after each that was
 //       --trace                               prints each operation before it is applied
 //   lyrsdk_model_run --replay FILE            the operations of a file, one a line, as a run prints them
 //
@@ -59,7 +59,7 @@ int Trace(const std::vector<lyrmodel::Operation>& pOperations) {
     lyrmodel::Driver lDriver;
     for (const lyrmodel::Operation& lOperation : pOperations) {
         std::cout << ToText(lOperation) << std::endl;
-        if (lDriver.Apply(lOperation) && lDriver.Check())
+        if (lDriver.ApplyAsStated(lOperation) && lDriver.Check())
             continue;
         std::cout << "# " << lDriver.Last() << "\n# " << lDriver.Difference() << "\n";
         return 1;
@@ -79,6 +79,7 @@ int Replay(const Options& pOptions) {
         if (lyrmodel::FromText(lLine, lOperation))
             lOperations.push_back(lOperation);
     }
+    lyrsdk::ScarceMemory::Install();
     if (pOptions.mTrace)
         return Trace(lOperations);
     const bool lSame = lyrmodel::RunOperations(lOperations, 1).mSame;

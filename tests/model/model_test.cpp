@@ -116,6 +116,12 @@ TEST(PropertyModelOperation, ReadsBackFromItsText) {
         ASSERT_TRUE(FromText(ToText(lOperation), lRead)) << ToText(lOperation);
         EXPECT_EQ(lRead.mKind, lOperation.mKind);
         EXPECT_EQ(lRead.mArguments, lOperation.mArguments);
+        EXPECT_EQ(lRead.mRefused, 0);
+    }
+    for (const char* lText : {"Set 1 0 9 20 0 !3", "Set 1 0 9 20 0 !255+", "PushRoot 1 !1+"}) {
+        Operation lRead;
+        ASSERT_TRUE(FromText(std::string(lText) + "   # said", lRead)) << lText;
+        EXPECT_EQ(ToText(lRead), lText);
     }
     Operation lRead;
     for (const char* lText : {"", "Nothing 1 2", "Set 1 2", "Set 1 2 3 4 256", "Set 1 2 x 4 5", "# Set 1 2 3 4 5"})

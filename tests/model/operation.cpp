@@ -94,6 +94,8 @@ std::string ToText(const Operation& pOperation) {
     std::string lText = NameOf(pOperation.mKind);
     for (std::size_t i = 0; i < std::strlen(ArgumentsOf(pOperation.mKind)); ++i)
         lText += " " + std::to_string(pOperation.mArguments[i]);
+    if (pOperation.mRefused)
+        lText += " !" + std::to_string(pOperation.mRefused) + (pOperation.mForever ? "+" : "");
     return lText;
 }
 
@@ -111,6 +113,11 @@ bool FromText(const std::string& pText, Operation& pOperation) {
             if (!(lLine >> lNumber) || lNumber > 0xFF)
                 return false;
             pOperation.mArguments[i] = static_cast<std::uint8_t>(lNumber);
+        }
+        unsigned lRefused = 0;
+        if (char lMark = 0; lLine >> lMark && lMark == '!' && lLine >> lRefused && lRefused <= 0xFF) {
+            pOperation.mRefused = static_cast<std::uint8_t>(lRefused);
+            pOperation.mForever = lLine.peek() == '+';
         }
         return true;
     }

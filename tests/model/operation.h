@@ -100,6 +100,9 @@ constexpr std::size_t kArguments = 6;
 struct Operation {
     Kind mKind = Kind::eLookAt;
     std::array<std::uint8_t, kArguments> mArguments{};
+    // Which of its requests for memory is refused: 1 for the first one, 0 for none. With mForever all behind it, too.
+    std::uint8_t mRefused = 0;
+    bool mForever = false;
 };
 
 const char* NameOf(Kind pKind);
@@ -121,7 +124,8 @@ std::vector<Operation> Generate(std::uint64_t pSeed, std::uint64_t pCount);
 // Takes one operation from the front of a text of bytes, every one of which means something; false at its end.
 bool DecodeOperation(const std::uint8_t*& pBytes, const std::uint8_t* pEnd, Operation& pOperation);
 
-// One line, "Set 3 14 0 2 1", and back. False for a line that is none.
+// One line, "Set 3 14 0 2 1", and back; "Set 3 14 0 2 1 !2" with the second request for memory refused, "!2+" with all
+// behind it, too. False for a line that is none.
 std::string ToText(const Operation& pOperation);
 bool FromText(const std::string& pText, Operation& pOperation);
 
