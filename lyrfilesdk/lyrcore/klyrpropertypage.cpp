@@ -18,7 +18,7 @@ constexpr unsigned int kFewRecords = 4;
 // Records of entries that went which a page always puts up with.
 constexpr unsigned int kDeadRecords = 32;
 
-// A page gets its index with this many entries, and gives it up with half of them.
+// A page gets its table and index with this many entries, and gives them up with half of them.
 constexpr int kIndexedFrom = 32;
 
 // From this many entries on, walks over descendants get room of their own.
@@ -121,7 +121,9 @@ void KLyrPropertyPage::Destroy() {
 
 KLyrPropertyPage::~KLyrPropertyPage() {
     Retire();
-    KLyrPropertyIndex::Destroy(mIndex);
+    KLyrPropertyIndex::Destroy(GetIndex());
+    LyrSdkFree(mTable);
+    mTable = nullptr;
     for (auto lIt = mEntries.Begin(); lIt != mEntries.End(); ++lIt)
         DestroyEntry(lIt->GetKey(), lIt->GetValue());
     LeaveInstanceOf();
@@ -285,7 +287,7 @@ int KLyrPropertyPage::AddEntry(int pParentId, KLyrPropertyInfo* pInfo, KLyrPrope
 
     lEntry->Get(static_cast<KLyrPropertyFlags*>(nullptr))->ModifyFlags(LyrPropertyFlags::AllFlags(), false);
     lRecord->GetValue() = lEntry;
-    PutIntoIndex(lId, lEntry);
+    PutIntoTable(lId, lEntry);
     mIdGenerator->mHasOddParents |= pParentId >= lId;
     return mIdGenerator->GetNextIdAndInc();
 }
@@ -345,7 +347,7 @@ KLyrPropertyEntry* KLyrPropertyPage::InsertOwnEntry(int pId, int pParentId) {
         lEntry = nullptr;
     }
     if (lEntry) {
-        PutIntoIndex(pId, lEntry);
+        PutIntoTable(pId, lEntry);
         if (mIdGenerator->mWalk && !Inherits(pId))
             mIdGenerator->mWalk->Forget();
     }
@@ -361,7 +363,7 @@ bool KLyrPropertyPage::RemoveOwnEntry(int pId) {
     KLyrPropertyEntry* lEntry = FindOwnEntry(pId);
     if (!lEntry)
         return false;
-    TakeFromIndex(lEntry);
+    TakeFromTable(pId, lEntry);
     if (mIdGenerator->mWalk && !Inherits(pId))
         mIdGenerator->mWalk->PropertyRemoved(pId);
     mEntries.Remove(pId);
@@ -369,19 +371,21 @@ bool KLyrPropertyPage::RemoveOwnEntry(int pId) {
     return true;
 }
 
-// --- the index -----------------------------------------------------------------------------------------------------
+// --- the table and the index ---------------------------------------------------------------------------------------
 
-// Without memory for it the page does without: its answers are the same, but looked for entry by entry. It is tried
-// again when there are twice as many.
-void KLyrPropertyPage::PutIntoIndex(int pId, KLyrPropertyEntry* pEntry) {
+// Without memory for them the page does without: its answers are the same, but looked for entry by entry. They are
+// tried again when there are twice as many.
+void KLyrPropertyPage::PutIntoTable(int pId, KLyrPropertyEntry* pEntry) {
     const int lCount = mEntries.GetSize();
     const bool lDoubled = lCount >= kIndexedFrom && (lCount & (lCount - 1)) == 0;
     if (lDoubled && lCount >= kWalkedFrom)
         EnlargeWalk();
-    if (!mIndex) {
-        if (lDoubled)
-            mIndex = KLyrPropertyIndex::Create(mEntries);
-    } else if (!mIndex->Add(pId, pEntry)) {
+    if (mTable ? !mTable->Add(pId, pEntry, lCount) : lDoubled)
+        mTable = EntryTable::Renew(mEntries, mTable);
+    if (!GetIndex()) {
+        if (mTable && lDoubled)
+            mTable->mIndex = KLyrPropertyIndex::Create(mEntries);
+    } else if (!mTable->mIndex->Add(pId, pEntry)) {
         DropIndex();
     }
 }
@@ -394,18 +398,25 @@ void KLyrPropertyPage::EnlargeWalk() {
     mIdGenerator->mWalk = KLyrDescendentWalk::Enlarge(mIdGenerator->mWalk, 2 * lSeen);
 }
 
-void KLyrPropertyPage::TakeFromIndex(KLyrPropertyEntry* pEntry) {
-    if (!mIndex)
+void KLyrPropertyPage::TakeFromTable(int pId, KLyrPropertyEntry* pEntry) {
+    if (!mTable)
         return;
-    mIndex->Remove(pEntry);
-    if (mEntries.GetSize() <= kIndexedFrom / 2)
+    if (mTable->HasSlot(pId))
+        mTable->At(pId) = nullptr;
+    if (mTable->mIndex)
+        mTable->mIndex->Remove(pEntry);
+    if (mEntries.GetSize() > kIndexedFrom / 2)
+        return;
+    if (mTable->mIndex)
         DropIndex();
+    LyrSdkFree(mTable);
+    mTable = nullptr;
 }
 
 void KLyrPropertyPage::DropIndex() {
-    mIndex->Forget();
-    KLyrPropertyIndex::Destroy(mIndex);
-    mIndex = nullptr;
+    mTable->mIndex->Forget();
+    KLyrPropertyIndex::Destroy(mTable->mIndex);
+    mTable->mIndex = nullptr;
 }
 
 // --- values --------------------------------------------------------------------------------------------------------

@@ -282,6 +282,32 @@ private:
     struct NameToFind;
     enum EAscent { eArrived, eMissed, eTooFar };
 
+    // What a page with many entries has beside them, in one block: its index, and the entries by id, so that most are
+    // found without a search.
+    //
+    //   [ mIndex | mFirst | mSlots | mAdded | entry mFirst | null | entry mFirst + 2 | .. ]
+    //
+    // The slots stand for the ids from mFirst on, null for those without an entry. They are laid where the ids lie
+    // close together: there are at most four for each entry among them, and mostly one or two. What lies elsewhere is
+    // looked for in the map.
+    struct EntryTable {
+        // A table of these entries in place of pOld, whose index it takes over. Without memory for it pOld, which may
+        // be null.
+        static EntryTable* Renew(const KEntryMap& pEntries, EntryTable* pOld);
+        // Puts one of now pCount entries into its slot. False when it has none, and so many came that another table is
+        // due.
+        bool Add(int pId, KLyrPropertyEntry* pEntry, int pCount);
+
+        bool HasSlot(int pId) const { return static_cast<unsigned>(pId) - mFirst < mSlots; }
+        KLyrPropertyEntry*& At(int pId) { return Slots()[static_cast<unsigned>(pId) - mFirst]; }
+        KLyrPropertyEntry** Slots() { return reinterpret_cast<KLyrPropertyEntry**>(this + 1); }
+
+        KLyrPropertyIndex* mIndex;  // null when there was no memory for it
+        unsigned mFirst;
+        unsigned mSlots;
+        int mAdded;  // entries that came since the table was made, or was to be made anew
+    };
+
     KLyrPropertyPage();
     ~KLyrPropertyPage();
     KLyrPropertyPage(const KLyrPropertyPage&) = delete;
@@ -304,9 +330,10 @@ private:
     KPair<KEntryMap::RecordType*, bool> InsertRecord(int pId, KLyrPropertyEntry* pEntry);
     KLyrPropertyEntry* InsertOwnEntry(int pId, int pParentId);
     KLyrPropertyEntry* FindOwnEntry(int pId) const;
-    void PutIntoIndex(int pId, KLyrPropertyEntry* pEntry);
-    void TakeFromIndex(KLyrPropertyEntry* pEntry);
+    void PutIntoTable(int pId, KLyrPropertyEntry* pEntry);
+    void TakeFromTable(int pId, KLyrPropertyEntry* pEntry);
     void DropIndex();
+    KLyrPropertyIndex* GetIndex() const { return mTable ? mTable->mIndex : nullptr; }
     int NextOwnChild(int pParentId, int pAfter) const;
     int NextChild(int pParentId, int pAfter) const;
     void EnlargeWalk();
@@ -341,7 +368,7 @@ private:
     // While this page is being copied into another one: which copying that is.
     const ExpansionLevel* mExpansion = nullptr;
     // Made for a page with many entries, and for the time being only.
-    KLyrPropertyIndex* mIndex = nullptr;
+    EntryTable* mTable = nullptr;
     // Where this page was put into its instance-of page's instances; a guess that is checked.
     int mInstanceIndex = 0;
     // Destroyed by the application, but kept for the instances.
@@ -386,6 +413,8 @@ extern template LYRSDK_API KLyrPropertyFlags* KLyrPropertyPage::ChangePropertyIt
                                                                                         KLyrInheritType);
 
 inline KLyrPropertyEntry* KLyrPropertyPage::FindOwnEntry(int pId) const {
+    if (mTable && mTable->HasSlot(pId))
+        return mTable->At(pId);
     const auto* lRecord = mEntries.Find(pId);
     return lRecord ? lRecord->GetValue() : nullptr;
 }

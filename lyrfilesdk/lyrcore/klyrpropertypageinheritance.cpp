@@ -115,12 +115,11 @@ bool KLyrPropertyPage::Set(int pId, const void* pValue, ELyrType pValueType, boo
         return lItem->Set(pValue, pValueType);
 
     if (pCheckValueEquality) {
-        ScratchValue lScratch(pValueType);
         const bool lOwn = lHolder == this;
         const KLyrPropertyValue* lInherited = lItem;
         if (lOwn)
             lInherited = mInstanceOf ? mInstanceOf->GetPropertyItem<KLyrPropertyValue>(nullptr, pId) : nullptr;
-        if (lInherited && lScratch.ReadsAs(lInherited, pValue)) {
+        if (lInherited && ScratchValue(pValueType).ReadsAs(lInherited, pValue)) {
             if (lOwn)
                 ChangePropertyItemState<KLyrPropertyValue>(nullptr, pId, eLyrInherit);
             return lOwn;

@@ -137,8 +137,9 @@ int KLyrPropertyPage::FindHeld(const NameToFind& pSought, int pAbove) const {
 
 // The same on this very page, below pBelow unless that is -1.
 int KLyrPropertyPage::FindOwn(const NameToFind& pSought, int pAbove, int pBelow) const {
-    if (mIndex && pSought.mIsHashed) {
-        const KLyrPropertyEntry* lEntry = mIndex->NextNamesake(pSought.mParentId, pSought.mName, pAbove);
+    const KLyrPropertyIndex* lIndex = GetIndex();
+    if (lIndex && pSought.mIsHashed) {
+        const KLyrPropertyEntry* lEntry = lIndex->NextNamesake(pSought.mParentId, pSought.mName, pAbove);
         for (; lEntry; lEntry = KLyrPropertyIndex::NextNamesake(lEntry)) {
             const int lId = KLyrPropertyIndex::IdOf(lEntry);
             if (pBelow != -1 && lId >= pBelow)

@@ -65,8 +65,8 @@ int KLyrPropertyPage::GetMinimumPropertyIdAndEntry(int pId, KLyrPropertyEntry** 
 
 // The smallest id above pAfter of pParentId's children among this page's own entries, or -1.
 int KLyrPropertyPage::NextOwnChild(int pParentId, int pAfter) const {
-    if (mIndex)
-        return mIndex->NextChild(pParentId, pAfter);
+    if (const KLyrPropertyIndex* lIndex = GetIndex())
+        return lIndex->NextChild(pParentId, pAfter);
     const KEntryMap::RecordType* lRecord = mEntries.UpperBound(pAfter);
     while (lRecord && lRecord->GetValue()->GetParentId() != pParentId)
         lRecord = lRecord->Successor();
@@ -102,8 +102,8 @@ int KLyrPropertyPage::GetSibling(int pId) const {
         return -1;
     int lId = -1;
     for (const KLyrPropertyPage* lPage = this; lPage; lPage = lPage->mInstanceOf)
-        lId = Smaller(lId, lPage == lHolder && lPage->mIndex ? KLyrPropertyIndex::NextSibling(lEntry)
-                                                             : lPage->NextOwnChild(lParent, pId));
+        lId = Smaller(lId, lPage == lHolder && lPage->GetIndex() ? KLyrPropertyIndex::NextSibling(lEntry)
+                                                                 : lPage->NextOwnChild(lParent, pId));
     return lId;
 }
 

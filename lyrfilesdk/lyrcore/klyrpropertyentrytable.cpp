@@ -1,0 +1,73 @@
+#include <algorithm>
+#include <climits>
+#include <cstdint>
+
+#include "lyrfilesdk/lyrcore/klyrpropertypage.h"
+
+namespace lyrsdk {
+namespace {
+
+// Slots that a table may have for each entry, and that it has at least behind its last one if it may.
+constexpr std::uint64_t kSlotsAnEntry = 4;
+constexpr std::uint64_t kSlotsBehind = 32;
+
+// Entries that follow each other by their ids.
+struct Run {
+    std::uint64_t Span() const { return static_cast<std::uint64_t>(mLast - mFirst->GetKey()) + 1; }
+    std::uint64_t MostSlots() const { return kSlotsAnEntry * mCount; }
+
+    const KLyrPropertyPage::KEntryMap::RecordType* mFirst = nullptr;
+    int mLast = 0;
+    std::uint64_t mCount = 0;
+};
+
+// The run that the most of its slots would be left of. What went before is left behind as soon as the way to the next
+// entry is longer than what is left.
+Run RoomiestRun(const KLyrPropertyPage::KEntryMap& pEntries) {
+    Run lBest;
+    Run lRun;
+    for (auto* lRecord = pEntries.Minimum(); lRecord; lRecord = lRecord->Successor()) {
+        lRun.mLast = lRecord->GetKey();
+        if (!lRun.mFirst || lRun.Span() > lRun.MostSlots())
+            lRun = Run{lRecord, lRecord->GetKey(), 0};
+        ++lRun.mCount;
+        if (!lBest.mFirst || lRun.MostSlots() - lRun.Span() > lBest.MostSlots() - lBest.Span())
+            lBest = lRun;
+    }
+    return lBest;
+}
+
+}  // namespace
+
+// Memory for the entries is more than their slots take, so that no size overflows. No id is larger than INT_MAX.
+KLyrPropertyPage::EntryTable* KLyrPropertyPage::EntryTable::Renew(const KEntryMap& pEntries, EntryTable* pOld) {
+    const Run lRun = RoomiestRun(pEntries);
+    const std::uint64_t lSpan = lRun.Span();
+    const std::uint64_t lRoom =
+        std::min({lSpan + kSlotsBehind, lRun.MostSlots() - lSpan, static_cast<std::uint64_t>(INT_MAX - lRun.mLast)});
+    const std::size_t lSlots = static_cast<std::size_t>(lSpan + lRoom);
+    void* lMemory = LyrSdkMalloc(sizeof(EntryTable) + lSlots * sizeof(KLyrPropertyEntry*));
+    if (!lMemory)
+        return pOld;
+    auto* lTable = ::new (lMemory) EntryTable{
+        pOld ? pOld->mIndex : nullptr, static_cast<unsigned>(lRun.mFirst->GetKey()), static_cast<unsigned>(lSlots), 0};
+    std::fill_n(lTable->Slots(), lSlots, nullptr);
+    for (auto* lRecord = lRun.mFirst; lRecord && lTable->HasSlot(lRecord->GetKey()); lRecord = lRecord->Successor())
+        lTable->At(lRecord->GetKey()) = lRecord->GetValue();
+    LyrSdkFree(pOld);
+    return lTable;
+}
+
+bool KLyrPropertyPage::EntryTable::Add(int pId, KLyrPropertyEntry* pEntry, int pCount) {
+    ++mAdded;
+    if (HasSlot(pId)) {
+        At(pId) = pEntry;
+        return true;
+    }
+    const bool lIsDue = mAdded >= pCount / 4;
+    if (lIsDue)
+        mAdded = 0;
+    return !lIsDue;
+}
+
+}  // namespace lyrsdk
