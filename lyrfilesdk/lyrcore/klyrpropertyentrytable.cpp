@@ -21,14 +21,20 @@ struct Run {
     std::uint64_t mCount = 0;
 };
 
-// The run that the most of its slots would be left of. What went before is left behind as soon as the way to the next
-// entry is longer than what is left.
-Run RoomiestRun(const KLyrPropertyPage::KEntryMap& pEntries) {
-    Run lBest;
+// Where the slots are laid: over all entries if half of them would be used, else where the most of those that a run may
+// have would be left over. Such a run does not begin before a way that is longer than what was left over so far.
+Run DensestRun(const KLyrPropertyPage::KEntryMap& pEntries) {
     Run lRun;
+    lRun.mFirst = pEntries.Minimum();
+    lRun.mLast = pEntries.Maximum()->GetKey();
+    lRun.mCount = static_cast<std::uint64_t>(pEntries.GetSize());
+    if (lRun.Span() <= 2 * lRun.mCount)
+        return lRun;
+
+    Run lBest;
     for (auto* lRecord = pEntries.Minimum(); lRecord; lRecord = lRecord->Successor()) {
         lRun.mLast = lRecord->GetKey();
-        if (!lRun.mFirst || lRun.Span() > lRun.MostSlots())
+        if (!lBest.mFirst || lRun.Span() > lRun.MostSlots())
             lRun = Run{lRecord, lRecord->GetKey(), 0};
         ++lRun.mCount;
         if (!lBest.mFirst || lRun.MostSlots() - lRun.Span() > lBest.MostSlots() - lBest.Span())
@@ -41,7 +47,7 @@ Run RoomiestRun(const KLyrPropertyPage::KEntryMap& pEntries) {
 
 // Memory for the entries is more than their slots take, so that no size overflows. No id is larger than INT_MAX.
 KLyrPropertyPage::EntryTable* KLyrPropertyPage::EntryTable::Renew(const KEntryMap& pEntries, EntryTable* pOld) {
-    const Run lRun = RoomiestRun(pEntries);
+    const Run lRun = DensestRun(pEntries);
     const std::uint64_t lSpan = lRun.Span();
     const std::uint64_t lRoom =
         std::min({lSpan + kSlotsBehind, lRun.MostSlots() - lSpan, static_cast<std::uint64_t>(INT_MAX - lRun.mLast)});
