@@ -7,9 +7,10 @@
 namespace lyrsdk {
 namespace {
 
-// Slots that a table may have for each entry, and that it has at least behind its last one if it may.
+// A table has at most so many slots for each entry. Within that it has room for entries to come, as many slots again
+// and these.
 constexpr std::uint64_t kSlotsAnEntry = 4;
-constexpr std::uint64_t kSlotsBehind = 32;
+constexpr std::uint64_t kMoreSlots = 32;
 
 // Entries that follow each other by their ids.
 struct Run {
@@ -21,8 +22,8 @@ struct Run {
     std::uint64_t mCount = 0;
 };
 
-// Where the slots are laid: over all entries if half of them would be used, else where the most of those that a run may
-// have would be left over. Such a run does not begin before a way that is longer than what was left over so far.
+// Where the slots are laid: over all entries if half of them would be used, else over the run that leaves the most of
+// the slots that it may have. No such run begins with entries that take more slots than they may have.
 Run DensestRun(const KLyrPropertyPage::KEntryMap& pEntries) {
     Run lRun;
     lRun.mFirst = pEntries.Minimum();
@@ -50,7 +51,7 @@ KLyrPropertyPage::EntryTable* KLyrPropertyPage::EntryTable::Renew(const KEntryMa
     const Run lRun = DensestRun(pEntries);
     const std::uint64_t lSpan = lRun.Span();
     const std::uint64_t lRoom =
-        std::min({lSpan + kSlotsBehind, lRun.MostSlots() - lSpan, static_cast<std::uint64_t>(INT_MAX - lRun.mLast)});
+        std::min({lSpan + kMoreSlots, lRun.MostSlots() - lSpan, static_cast<std::uint64_t>(INT_MAX - lRun.mLast)});
     const std::size_t lSlots = static_cast<std::size_t>(lSpan + lRoom);
     void* lMemory = LyrSdkMalloc(sizeof(EntryTable) + lSlots * sizeof(KLyrPropertyEntry*));
     if (!lMemory)
@@ -70,7 +71,7 @@ bool KLyrPropertyPage::EntryTable::Add(int pId, KLyrPropertyEntry* pEntry, int p
         At(pId) = pEntry;
         return true;
     }
-    const bool lIsDue = mAdded >= pCount / 4;
+    const bool lIsDue = mAdded >= static_cast<unsigned>(pCount) / 4;
     if (lIsDue)
         mAdded = 0;
     return !lIsDue;

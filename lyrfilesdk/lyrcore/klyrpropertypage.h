@@ -23,14 +23,14 @@
 // pointer to a page or item that was destroyed and a value pointer whose memory is not of the stated type.
 //
 // Cost, for n properties on the chain of d pages: reading or writing a value or flags, a step in the tree and a lookup
-// by name are d searches of O(log n) each. On a page of 32 entries or more, an entry whose id lies among others is found
-// in one step. A lookup with case, or with a type info, that has m namesakes without case, or of other types, in front
-// of what it finds looks at them all. A walk over the k descendants of a property is O(d k log n), wherever their ids
-// lie. The last two walks are remembered for the family: three that take turns, and all once a property was added under
-// a larger id than its own, may look at every id between two descendants. No lookup, read or walk allocates. The memory
-// of entries that went is used again: a page holds room for about twice the entries it had most at a time. A page of 32
-// entries or more has a table and an index beside them, at about 125 bytes an entry (80 on 32 bit), and the family of a
-// page of 128 has the room for walks, at 16 to 32.
+// by name are d searches of O(log n) each. On a page of 32 entries or more, an entry whose id lies among others is
+// found in one step. A lookup with case, or with a type info, that has m namesakes without case, or of other types, in
+// front of what it finds looks at them all. A walk over the k descendants of a property is O(d k log n), wherever their
+// ids lie. The last two walks are remembered for the family: three that take turns, and all once a property was added
+// under a larger id than its own, may look at every id between two descendants. No lookup, read or walk allocates. The
+// memory of entries that went is used again: a page holds room for about twice the entries it had most at a time. A
+// page of 32 entries or more has a table and an index beside them, at about 125 bytes an entry (75 on 32 bit), and the
+// family of a page of 128 has the room for walks, at 16 to 32.
 //
 // A page family is used by one thread at a time. While nobody changes it, several threads may read it together, but for
 // what writes down where it is: walks over descendants, and connections seen through a filter. Different families may
@@ -306,7 +306,7 @@ private:
         KLyrPropertyIndex* mIndex;  // null when there was no memory for it
         unsigned mFirst;
         unsigned mSlots;
-        int mAdded;  // entries that came since the table was made, or was to be made anew
+        unsigned mAdded;  // entries that came since the table was made, or was to be made anew
     };
 
     KLyrPropertyPage();
