@@ -18,7 +18,7 @@ constexpr unsigned int kFewRecords = 4;
 // Records of entries that went which a page always puts up with.
 constexpr unsigned int kDeadRecords = 32;
 
-// A page gets its table and index with this many entries, and gives them up with half of them.
+// A page gets its table and index with this many entries, and keeps them until it has too few for a table.
 constexpr int kIndexedFrom = 32;
 
 // From this many entries on, walks over descendants get room of their own.
@@ -337,6 +337,7 @@ KPair<KLyrPropertyPage::KEntryMap::RecordType*, bool> KLyrPropertyPage::InsertRe
         if (!lMoved && !mEntries.Reserve(std::max(kFewRecords, lLive / 2)))
             return KPair<KEntryMap::RecordType*, bool>(nullptr, false);
     }
+    mIdBits = static_cast<unsigned short>(mIdBits | BitOf(pId));
     return mEntries.Insert(pId, pEntry);
 }
 
@@ -367,8 +368,17 @@ bool KLyrPropertyPage::RemoveOwnEntry(int pId) {
     if (mIdGenerator->mWalk && !Inherits(pId))
         mIdGenerator->mWalk->PropertyRemoved(pId);
     mEntries.Remove(pId);
+    if (mEntries.GetSize() < kFewestInTable)
+        RenewIdBits();
     DestroyEntry(pId, lEntry);
     return true;
+}
+
+void KLyrPropertyPage::RenewIdBits() {
+    unsigned lBits = 0;
+    for (auto lIt = mEntries.Begin(); lIt != mEntries.End(); ++lIt)
+        lBits |= BitOf(lIt->GetKey());
+    mIdBits = static_cast<unsigned short>(lBits);
 }
 
 // --- the table and the index ---------------------------------------------------------------------------------------
@@ -405,7 +415,7 @@ void KLyrPropertyPage::TakeFromTable(int pId, KLyrPropertyEntry* pEntry) {
         mTable->At(pId) = nullptr;
     if (mTable->mIndex)
         mTable->mIndex->Remove(pEntry);
-    if (mEntries.GetSize() > kIndexedFrom / 2)
+    if (mEntries.GetSize() > kFewestInTable)
         return;
     if (mTable->mIndex)
         DropIndex();

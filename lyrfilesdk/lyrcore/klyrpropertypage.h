@@ -309,6 +309,9 @@ private:
         unsigned mAdded;  // entries that came since the table was made, or was to be made anew
     };
 
+    // A page with fewer entries has no table.
+    static constexpr int kFewestInTable = 16;
+
     KLyrPropertyPage();
     ~KLyrPropertyPage();
     KLyrPropertyPage(const KLyrPropertyPage&) = delete;
@@ -333,7 +336,9 @@ private:
     KLyrPropertyEntry* FindOwnEntry(int pId) const;
     void PutIntoTable(int pId, KLyrPropertyEntry* pEntry);
     void TakeFromTable(int pId, KLyrPropertyEntry* pEntry);
+    void RenewIdBits();
     void DropIndex();
+    static unsigned BitOf(int pId) { return 1u << (static_cast<unsigned>(pId) & 15u); }
     KLyrPropertyIndex* GetIndex() const { return mTable ? mTable->mIndex : nullptr; }
     int NextOwnChild(int pParentId, int pAfter) const;
     int NextChild(int pParentId, int pAfter) const;
@@ -374,6 +379,9 @@ private:
     int mInstanceIndex = 0;
     // Destroyed by the application, but kept for the instances.
     bool mDestroyPending = false;
+    // A bit for every sixteenth id: off when no entry has one of those, so that most of what an instance inherits is
+    // not looked for among the few that it has.
+    unsigned short mIdBits = 0;
 };
 
 template <typename T>
@@ -413,9 +421,15 @@ extern template LYRSDK_API KLyrPropertyValue* KLyrPropertyPage::ChangePropertyIt
 extern template LYRSDK_API KLyrPropertyFlags* KLyrPropertyPage::ChangePropertyItemState(const KLyrPropertyFlags*, int,
                                                                                         KLyrInheritType);
 
+// Most pages of a long chain have no entries. Their number stands beside the map; the rest is farther off.
 inline KLyrPropertyEntry* KLyrPropertyPage::FindOwnEntry(int pId) const {
-    if (mTable && mTable->HasSlot(pId))
-        return mTable->At(pId);
+    const int lCount = mEntries.GetSize();
+    if (lCount >= kFewestInTable) {
+        if (mTable && mTable->HasSlot(pId))
+            return mTable->At(pId);
+    } else if (lCount == 0 || (mIdBits & BitOf(pId)) == 0) {
+        return nullptr;
+    }
     const auto* lRecord = mEntries.Find(pId);
     return lRecord ? lRecord->GetValue() : nullptr;
 }
