@@ -11,10 +11,13 @@ KLyrPropertyConnect* KLyrPropertyPage::OwnConnect(int pId) const {
 }
 
 KLyrPropertyConnect* KLyrPropertyPage::MakeOwnConnect(int pId) {
+    const KLyrPropertyConnect* lTag = nullptr;
     KLyrPropertyEntry* lEntry = ChangePropertyEntryState(pId, eLyrOverride);
-    if (lEntry && !OwnConnect(pId))
+    if (!lEntry)
+        return nullptr;
+    if (!lEntry->Get(lTag))
         lEntry->Set(KLyrPropertyConnect::Create(this, pId));
-    return OwnConnect(pId);
+    return lEntry->Get(lTag);
 }
 
 // Takes back what making the own connection item of pId made.
@@ -27,19 +30,22 @@ void KLyrPropertyPage::UndoOwnConnect(int pId, bool pHadEntry, bool pHadConnect)
 }
 
 bool KLyrPropertyPage::ConnectSrc(int pDstId, KLyrPropertyPage* pSrcPage, int pSrcId, kLyrConnectionType pType) {
-    if (!pSrcPage || (pSrcPage == this && pSrcId == pDstId) || !GetPropertyEntry(pDstId) ||
-        !pSrcPage->GetPropertyEntry(pSrcId))
+    if (!pSrcPage || (pSrcPage == this && pSrcId == pDstId))
         return false;
-    const bool lHadDstEntry = FindOwnEntry(pDstId) != nullptr;
-    const bool lHadSrcEntry = pSrcPage->FindOwnEntry(pSrcId) != nullptr;
-    const bool lHadDst = OwnConnect(pDstId) != nullptr;
-    const bool lHadSrc = pSrcPage->OwnConnect(pSrcId) != nullptr;
-    KLyrPropertyConnect* lDst = MakeOwnConnect(pDstId);
-    KLyrPropertyConnect* lSrc = lDst ? pSrcPage->MakeOwnConnect(pSrcId) : nullptr;
-    if (lSrc && lDst->ConnectSrc(lSrc, pType))
+    // Each end is looked up once. Only an end that has no item yet takes the longer way.
+    KLyrPropertyEntry* lDstEntry = FindOwnEntry(pDstId);
+    KLyrPropertyEntry* lSrcEntry = pSrcPage->FindOwnEntry(pSrcId);
+    if ((!lDstEntry && !GetPropertyEntry(pDstId)) || (!lSrcEntry && !pSrcPage->GetPropertyEntry(pSrcId)))
+        return false;
+    const KLyrPropertyConnect* lTag = nullptr;
+    KLyrPropertyConnect* lHadDst = lDstEntry ? lDstEntry->Get(lTag) : nullptr;
+    KLyrPropertyConnect* lHadSrc = lSrcEntry ? lSrcEntry->Get(lTag) : nullptr;
+    KLyrPropertyConnect* lDst = lHadDst ? lHadDst : MakeOwnConnect(pDstId);
+    KLyrPropertyConnect* lSrc = lHadSrc || !lDst ? lHadSrc : pSrcPage->MakeOwnConnect(pSrcId);
+    if (lDst && lSrc && lDst->ConnectSrc(lSrc, pType))
         return true;
-    UndoOwnConnect(pDstId, lHadDstEntry, lHadDst);
-    pSrcPage->UndoOwnConnect(pSrcId, lHadSrcEntry, lHadSrc);
+    UndoOwnConnect(pDstId, lDstEntry != nullptr, lHadDst != nullptr);
+    pSrcPage->UndoOwnConnect(pSrcId, lSrcEntry != nullptr, lHadSrc != nullptr);
     return false;
 }
 
