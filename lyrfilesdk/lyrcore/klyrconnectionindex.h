@@ -7,8 +7,10 @@
 //   slots   [ s0 -- s2 s3 .. free | d0 d1 -- d3 .. ]
 //             0          mSrcUsed   mSrcSlots         count of the arrays
 //
-// A hash table leads from (peer, side) to the slot, a binary indexed tree from a position to the slot. When more than
-// two slots in three are free, or a region is full, the slots are laid out anew, at amortised constant cost.
+// A hash table leads from (peer, side) to the slot, a binary indexed tree from a position to the slot. While no slot is
+// free a position is the slot, and the tree is not built: that is done when the first slot becomes free, once a layout.
+// When more than two slots in three are free, or a region is full, the slots are laid out anew, at amortised constant
+// cost.
 
 #include "lyrfilesdk/lyrcore/klyrconnectionpoint.h"
 
@@ -27,8 +29,8 @@ public:
 
     // False when there is no memory; the list is then as it was, but perhaps laid out anew.
     bool Add(KConnectionList& pList, KLyrConnectionPoint* pPeer, kLyrConnectionType pType, bool pSrc);
-    // Frees a slot that holds a connection.
-    void FreeSlot(KConnectionList& pList, int pSlot);
+    // Frees the slot of a connection; false when there is none.
+    bool Free(KConnectionList& pList, const KLyrConnectionPoint* pPeer, bool pSrc);
     // Lays the list out without free slots when too many are free. False when the index could not follow, for want of
     // memory: the list is then without free slots and the index must go.
     bool Tidy(KConnectionList& pList);
@@ -46,10 +48,11 @@ private:
     ~KLyrConnectionIndex();
 
     bool Layout(KConnectionList& pList, int pSpareSrcSlots);
-    void AddToTable(const KConnectionList& pList, int pSlot);
-    void RemoveFromTable(const KConnectionList& pList, int pSlot);
     unsigned Home(const KLyrConnectionPoint* pPeer, bool pSrc) const;
-    unsigned HomeOfSlot(const KConnectionList& pList, int pSlot) const;
+    unsigned FindCell(const KConnectionList& pList, const KLyrConnectionPoint* pPeer, bool pSrc) const;
+    void AddToTable(const KLyrConnectionPoint* pPeer, int pSlot);
+    void RemoveCell(const KConnectionList& pList, unsigned pCell);
+    void BuildTree(const KConnectionList& pList);
     void CountSlot(int pSlot, int pChange);
 
     int mSrcSlots = 0;        // size of the source region
@@ -58,6 +61,7 @@ private:
     unsigned mTableMask = 0;  // size of the table less one
     int* mTable = nullptr;    // slots, -1 for none; linear probing
     int* mTree = nullptr;     // connections below each slot, as a binary indexed tree
+    bool mCounts = false;     // whether the tree is built
 };
 
 }  // namespace lyrsdk

@@ -1,5 +1,7 @@
 #include <climits>
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 #include "lyrfilesdk/lyrcore/klyrconnectionindex.h"
 #include "lyrfilesdk/lyrcore/klyrconnectionpoint.h"
@@ -35,9 +37,10 @@ int KLyrConnectionPoint::KConnectionList::SlotAt(int pPosition) const {
 int KLyrConnectionPoint::KConnectionList::FindSlot(const KLyrConnectionPoint* pPeer, bool pSrc) const {
     if (mIndex)
         return mIndex->FindSlot(*this, pPeer, pSrc);
+    const KLyrConnectionPoint* const* lPoints = mConnectionConnect.GetArray();
     const int lEnd = pSrc ? mSrcCount : GetCount();
     for (int i = pSrc ? 0 : mSrcCount; i < lEnd; ++i)
-        if (mConnectionConnect.GetAt(i) == pPeer)
+        if (lPoints[i] == pPeer)
             return i;
     return -1;
 }
@@ -67,16 +70,18 @@ bool KLyrConnectionPoint::KConnectionList::Add(KLyrConnectionPoint* pPeer, kLyrC
 }
 
 bool KLyrConnectionPoint::KConnectionList::Remove(const KLyrConnectionPoint* pPeer, bool pSrc) {
-    const int lSlot = FindSlot(pPeer, pSrc);
-    if (lSlot < 0)
-        return false;
-    --(pSrc ? mSrcCount : mDstCount);
     if (!mIndex) {
+        const int lSlot = FindSlot(pPeer, pSrc);
+        if (lSlot < 0)
+            return false;
         mConnectionConnect.RemoveAt(lSlot);
         mConnectionType.RemoveAt(lSlot);
+        --(pSrc ? mSrcCount : mDstCount);
         return true;
     }
-    mIndex->FreeSlot(*this, lSlot);
+    if (!mIndex->Free(*this, pPeer, pSrc))
+        return false;
+    --(pSrc ? mSrcCount : mDstCount);
     if (GetCount() <= kPlainLimit / 2 || !mIndex->Tidy(*this))
         DropIndex();
     return true;
@@ -123,37 +128,52 @@ unsigned KLyrConnectionIndex::Home(const KLyrConnectionPoint* pPeer, bool pSrc) 
     return static_cast<unsigned>((lKey * 0x9E3779B97F4A7C15ull) >> 32) & mTableMask;
 }
 
-unsigned KLyrConnectionIndex::HomeOfSlot(const KConnectionList& pList, int pSlot) const {
-    return Home(pList.mConnectionConnect.GetAt(pSlot), pSlot < mSrcSlots);
+// Where pPeer is in the table, or where its run ends.
+unsigned KLyrConnectionIndex::FindCell(const KConnectionList& pList, const KLyrConnectionPoint* pPeer,
+                                       bool pSrc) const {
+    const KLyrConnectionPoint* const* lPoints = pList.mConnectionConnect.GetArray();
+    unsigned i = Home(pPeer, pSrc);
+    while (mTable[i] >= 0 && (lPoints[mTable[i]] != pPeer || (mTable[i] < mSrcSlots) != pSrc))
+        i = (i + 1) & mTableMask;
+    return i;
 }
 
 int KLyrConnectionIndex::FindSlot(const KConnectionList& pList, const KLyrConnectionPoint* pPeer, bool pSrc) const {
-    for (unsigned i = Home(pPeer, pSrc); mTable[i] >= 0; i = (i + 1) & mTableMask)
-        if (pList.mConnectionConnect.GetAt(mTable[i]) == pPeer && (mTable[i] < mSrcSlots) == pSrc)
-            return mTable[i];
-    return -1;
+    return mTable[FindCell(pList, pPeer, pSrc)];
 }
 
-void KLyrConnectionIndex::AddToTable(const KConnectionList& pList, int pSlot) {
-    unsigned i = HomeOfSlot(pList, pSlot);
+void KLyrConnectionIndex::AddToTable(const KLyrConnectionPoint* pPeer, int pSlot) {
+    unsigned i = Home(pPeer, pSlot < mSrcSlots);
     while (mTable[i] >= 0)
         i = (i + 1) & mTableMask;
     mTable[i] = pSlot;
 }
 
 // Pulls later entries of the run back into the hole, so that the table needs no marks for what was removed.
-void KLyrConnectionIndex::RemoveFromTable(const KConnectionList& pList, int pSlot) {
-    unsigned lHole = HomeOfSlot(pList, pSlot);
-    while (mTable[lHole] != pSlot)
-        lHole = (lHole + 1) & mTableMask;
+void KLyrConnectionIndex::RemoveCell(const KConnectionList& pList, unsigned pCell) {
+    const KLyrConnectionPoint* const* lPoints = pList.mConnectionConnect.GetArray();
+    unsigned lHole = pCell;
     for (unsigned i = (lHole + 1) & mTableMask; mTable[i] >= 0; i = (i + 1) & mTableMask) {
-        const unsigned lHome = HomeOfSlot(pList, mTable[i]);
+        const unsigned lHome = Home(lPoints[mTable[i]], mTable[i] < mSrcSlots);
         if (((i - lHome) & mTableMask) >= ((i - lHole) & mTableMask)) {
             mTable[lHole] = mTable[i];
             lHole = i;
         }
     }
     mTable[lHole] = -1;
+}
+
+// Each node is the sum of its own slot and of the nodes that lead to it.
+void KLyrConnectionIndex::BuildTree(const KConnectionList& pList) {
+    const KLyrConnectionPoint* const* lPoints = pList.mConnectionConnect.GetArray();
+    const int lSlots = pList.mConnectionConnect.GetCount();
+    std::memset(mTree, 0, sizeof(int) * (static_cast<std::size_t>(mCapacity) + 1));
+    for (int i = 1; i <= mCapacity; ++i) {
+        mTree[i] += i <= lSlots && lPoints[i - 1] ? 1 : 0;
+        if (i + (i & -i) <= mCapacity)
+            mTree[i + (i & -i)] += mTree[i];
+    }
+    mCounts = true;
 }
 
 void KLyrConnectionIndex::CountSlot(int pSlot, int pChange) {
@@ -178,11 +198,16 @@ int KLyrConnectionIndex::SlotAt(const KConnectionList& pList, int pPosition) con
 }
 
 void KLyrConnectionIndex::Compact(KConnectionList& pList) {
+    const int lSlots = pList.mConnectionConnect.GetCount();
+    if (pList.GetCount() == lSlots)
+        return;
+    KLyrConnectionPoint** lPoints = pList.mConnectionConnect.GetArray();
+    kLyrConnectionType* lTypes = pList.mConnectionType.GetArray();
     int lTo = 0;
-    for (int lFrom = 0; lFrom < pList.mConnectionConnect.GetCount(); ++lFrom) {
-        if (KLyrConnectionPoint* lPeer = pList.mConnectionConnect.GetAt(lFrom)) {
-            pList.mConnectionConnect.SetAt(lTo, lPeer);
-            pList.mConnectionType.SetAt(lTo, pList.mConnectionType.GetAt(lFrom));
+    for (int lFrom = 0; lFrom < lSlots; ++lFrom) {
+        if (lPoints[lFrom]) {
+            lPoints[lTo] = lPoints[lFrom];
+            lTypes[lTo] = lTypes[lFrom];
             ++lTo;
         }
     }
@@ -231,16 +256,14 @@ bool KLyrConnectionIndex::Layout(KConnectionList& pList, int pSpareSrcSlots) {
     mSrcUsed = lSrcCount;
     mSrcSlots = lSrcCount + lSpare;
 
-    for (unsigned i = 0; i < lTableSize; ++i)
-        mTable[i] = -1;
-    for (int i = 0; i <= mCapacity; ++i)
-        mTree[i] = 0;
-    for (int i = 0; i < pList.mConnectionConnect.GetCount(); ++i) {
-        if (pList.mConnectionConnect.GetAt(i)) {
-            AddToTable(pList, i);
-            CountSlot(i, 1);
-        }
-    }
+    std::memset(mTable, -1, sizeof(int) * lTableSize);
+    const KLyrConnectionPoint* const* lPoints = pList.mConnectionConnect.GetArray();
+    for (int i = 0; i < lCount + lSpare; ++i)
+        if (lPoints[i])
+            AddToTable(lPoints[i], i);
+    mCounts = false;
+    if (lSpare > 0)
+        BuildTree(pList);
     return true;
 }
 
@@ -266,15 +289,23 @@ bool KLyrConnectionIndex::Add(KConnectionList& pList, KLyrConnectionPoint* pPeer
         if (lAppends)
             ++mSrcSlots;
     }
-    AddToTable(pList, lSlot);
-    CountSlot(lSlot, 1);
+    AddToTable(pPeer, lSlot);
+    if (mCounts)
+        CountSlot(lSlot, 1);
     return true;
 }
 
-void KLyrConnectionIndex::FreeSlot(KConnectionList& pList, int pSlot) {
-    RemoveFromTable(pList, pSlot);
-    CountSlot(pSlot, -1);
-    pList.mConnectionConnect.SetAt(pSlot, nullptr);
+bool KLyrConnectionIndex::Free(KConnectionList& pList, const KLyrConnectionPoint* pPeer, bool pSrc) {
+    const unsigned lCell = FindCell(pList, pPeer, pSrc);
+    const int lSlot = mTable[lCell];
+    if (lSlot < 0)
+        return false;
+    if (!mCounts)
+        BuildTree(pList);
+    RemoveCell(pList, lCell);
+    CountSlot(lSlot, -1);
+    pList.mConnectionConnect.SetAt(lSlot, nullptr);
+    return true;
 }
 
 bool KLyrConnectionIndex::Tidy(KConnectionList& pList) {

@@ -86,20 +86,21 @@ bool KLyrConnectionPoint::ConnectSrc(KLyrConnectionPoint* pSrc, kLyrConnectionTy
     if (mList.Add(pSrc, pType, true) && pSrc->mList.Add(this, pType, false) && Follow(pSrc, pType, true) &&
         pSrc->Follow(this, pType, false))
         return true;
+    mList.Remove(pSrc, true);
     Unlink(pSrc);
     return false;
 }
 
-// Takes a connection out wherever it has got to; not all places need to have it.
+// Takes a connection that is no longer in the list here out of wherever else it has got to; not all places need to have
+// it.
 void KLyrConnectionPoint::Unlink(KLyrConnectionPoint* pSrc) {
-    mList.Remove(pSrc, true);
     pSrc->mList.Remove(this, false);
     Forget(pSrc, true);
     pSrc->Forget(this, false);
 }
 
 bool KLyrConnectionPoint::DisconnectSrc(KLyrConnectionPoint* pSrc) {
-    if (!pSrc || mOwner || !mList.Has(pSrc, true))
+    if (!pSrc || mOwner || !mList.Remove(pSrc, true))
         return false;
     Unlink(pSrc);
     return true;
