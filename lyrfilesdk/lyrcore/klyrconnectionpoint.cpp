@@ -14,7 +14,8 @@ public:
     }
 
     KLyrSubConnectionPoint(KLyrConnectionPoint& pOwner, KLyrConnectionPointFilter& pFilter)
-        : KLyrConnectionPoint(pOwner.GetData(), &pOwner),
+        : KLyrConnectionPoint(pOwner.GetData(), this),
+          mOwner(&pOwner),
           mFilter(&pFilter),
           mLinkOfOwner(&pOwner.mSubConnections),
           mNextOfOwner(pOwner.mSubConnections),
@@ -59,6 +60,7 @@ public:
     void Empty() { mList.Clear(); }
 
 private:
+    KLyrConnectionPoint* mOwner;
     KLyrConnectionPointFilter* mFilter;
     KLyrSubConnectionPoint** mLinkOfOwner;  // what points at this one there
     KLyrSubConnectionPoint* mNextOfOwner;
@@ -75,13 +77,12 @@ KLyrConnectionPoint::KLyrConnectionPoint(void* pData) : mData(pData) {}
 
 KLyrConnectionPoint::~KLyrConnectionPoint() {
     // The peers of a sub-point belong to its owner and do not know of it.
-    if (!mOwner)
-        WipeConnectionList();
+    WipeConnectionList();
     SubConnectRemoveAll();
 }
 
 bool KLyrConnectionPoint::ConnectSrc(KLyrConnectionPoint* pSrc, kLyrConnectionType pType) {
-    if (!pSrc || pSrc == this || mOwner || pSrc->mOwner || IsConnectedSrc(pSrc))
+    if (!pSrc || pSrc == this || IsSubPoint() || pSrc->IsSubPoint() || IsConnectedSrc(pSrc))
         return false;
     if (mList.Add(pSrc, pType, true) && pSrc->mList.Add(this, pType, false) && Follow(pSrc, pType, true) &&
         pSrc->Follow(this, pType, false))
@@ -100,7 +101,7 @@ void KLyrConnectionPoint::Unlink(KLyrConnectionPoint* pSrc) {
 }
 
 bool KLyrConnectionPoint::DisconnectSrc(KLyrConnectionPoint* pSrc) {
-    if (!pSrc || mOwner || !mList.Remove(pSrc, true))
+    if (!pSrc || IsSubPoint() || !mList.Remove(pSrc, true))
         return false;
     Unlink(pSrc);
     return true;
@@ -110,13 +111,13 @@ bool KLyrConnectionPoint::DisconnectSrc(KLyrConnectionPoint* pSrc) {
 bool KLyrConnectionPoint::IsConnectedSrc(const KLyrConnectionPoint* pSrc) const {
     if (!pSrc)
         return false;
-    if (!mOwner && !pSrc->mOwner && pSrc->mList.GetCount() < mList.GetCount())
+    if (!IsSubPoint() && !pSrc->IsSubPoint() && pSrc->mList.GetCount() < mList.GetCount())
         return pSrc->mList.Has(this, false);
     return mList.Has(pSrc, true);
 }
 
 void KLyrConnectionPoint::WipeConnectionList() {
-    if (mOwner)
+    if (IsSubPoint())
         return;
     for (int i = 0; i < mList.GetSrcCount(); ++i) {
         KLyrConnectionPoint* lSrc = mList.GetSrc(i);
@@ -133,20 +134,20 @@ void KLyrConnectionPoint::WipeConnectionList() {
         lSub->Empty();
 }
 
-bool KLyrConnectionPoint::Follow(KLyrConnectionPoint* pPeer, kLyrConnectionType pType, bool pSrc) {
+bool KLyrConnectionPoint::OfferToSubPoints(KLyrConnectionPoint* pPeer, kLyrConnectionType pType, bool pSrc) {
     for (KLyrSubConnectionPoint* lSub = mSubConnections; lSub; lSub = lSub->NextOfOwner())
         if (!lSub->Offer(pPeer, pType, pSrc))
             return false;
     return true;
 }
 
-void KLyrConnectionPoint::Forget(const KLyrConnectionPoint* pPeer, bool pSrc) {
+void KLyrConnectionPoint::WithdrawFromSubPoints(const KLyrConnectionPoint* pPeer, bool pSrc) {
     for (KLyrSubConnectionPoint* lSub = mSubConnections; lSub; lSub = lSub->NextOfOwner())
         lSub->Withdraw(pPeer, pSrc);
 }
 
 KLyrConnectionPoint* KLyrConnectionPoint::SubConnectGetOrCreate(KLyrConnectionPointFilter* pFilter) {
-    if (!pFilter || mOwner)
+    if (!pFilter || IsSubPoint())
         return this;
     KLyrSubConnectionPoint* lSub = KLyrSubConnectionPoint::Find(*this, pFilter);
     if (lSub)
@@ -160,7 +161,7 @@ KLyrConnectionPoint* KLyrConnectionPoint::SubConnectGetOrCreate(KLyrConnectionPo
 }
 
 void KLyrConnectionPoint::SubConnectRemoveAll() {
-    while (mSubConnections)
+    while (mSubConnections && !IsSubPoint())
         LyrSdkDelete(mSubConnections);
 }
 

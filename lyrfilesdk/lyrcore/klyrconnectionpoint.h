@@ -156,16 +156,27 @@ private:
     friend class KLyrSubConnectionPoint;
     friend struct KLyrLayout;
 
-    KLyrConnectionPoint(void* pData, KLyrConnectionPoint* pOwner) : mData(pData), mOwner(pOwner) {}
+    // A sub-point.
+    KLyrConnectionPoint(void* pData, KLyrSubConnectionPoint* pThis) : mData(pData), mSubConnections(pThis) {}
+
+    // A sub-point has no sub-points and stands in that place itself, so that the others need no mark.
+    bool IsSubPoint() const { return static_cast<const void*>(mSubConnections) == this; }
 
     void Unlink(KLyrConnectionPoint* pSrc);
-    bool Follow(KLyrConnectionPoint* pPeer, kLyrConnectionType pType, bool pSrc);
-    void Forget(const KLyrConnectionPoint* pPeer, bool pSrc);
+    // The sub-points take part in what has come or gone. Most points have none.
+    bool Follow(KLyrConnectionPoint* pPeer, kLyrConnectionType pType, bool pSrc) {
+        return !mSubConnections || OfferToSubPoints(pPeer, pType, pSrc);
+    }
+    void Forget(const KLyrConnectionPoint* pPeer, bool pSrc) {
+        if (mSubConnections)
+            WithdrawFromSubPoints(pPeer, pSrc);
+    }
+    bool OfferToSubPoints(KLyrConnectionPoint* pPeer, kLyrConnectionType pType, bool pSrc);
+    void WithdrawFromSubPoints(const KLyrConnectionPoint* pPeer, bool pSrc);
 
     void* mData;
     KConnectionList mList;
     KLyrSubConnectionPoint* mSubConnections = nullptr;
-    KLyrConnectionPoint* mOwner = nullptr;  // only in a sub-point
 };
 
 }  // namespace lyrsdk
