@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "lyrfilesdk/klyrplugins/klyrtexthash.h"
 #include "lyrfilesdk/lyrcore/klyrconnectionindex.h"
 #include "lyrfilesdk/lyrcore/klyrconnectionpoint.h"
 
@@ -122,10 +123,12 @@ KLyrConnectionIndex::~KLyrConnectionIndex() {
     LyrSdkFree(mTree);
 }
 
-// The low bits of an address are zero, so the side fits there.
+// The low bits of an address are zero, so the side fits there. Points often stand at equal distances, which one
+// multiplication alone may send to neighbouring places, in long runs.
 unsigned KLyrConnectionIndex::Home(const KLyrConnectionPoint* pPeer, bool pSrc) const {
     const std::uint64_t lKey = reinterpret_cast<std::uintptr_t>(pPeer) + (pSrc ? 1u : 0u);
-    return static_cast<unsigned>((lKey * 0x9E3779B97F4A7C15ull) >> 32) & mTableMask;
+    const detail::HashSeed& lSeed = detail::SeedOfHashes();
+    return static_cast<unsigned>(detail::MultiplyAndFold(lKey ^ lSeed.mLeft, lSeed.mRight)) & mTableMask;
 }
 
 // Where pPeer is in the table, or where its run ends.
