@@ -48,7 +48,7 @@ bool KLyrPropertyIdGenerator::SkipTo(int pNextId) {
 
 // --- making --------------------------------------------------------------------------------------------------------
 
-KLyrPropertyPage::KLyrPropertyPage() {
+KLyrPropertyPage::KLyrPropertyPage() : mInstanceIndex(0), mDestroyPending(0) {
     mCreateOrFind.mFirst = 0;
 }
 
@@ -84,9 +84,10 @@ KLyrPropertyPage* KLyrPropertyPage::CreateFamily() {
 
 // Instances make no room ahead: most hold a few entries or none.
 bool KLyrPropertyPage::JoinFamily(KLyrPropertyPage* pInstanceOf) {
-    mInstanceIndex = pInstanceOf->mInstances.Add(this);
-    if (mInstanceIndex < 0)
+    const int lIndex = pInstanceOf->mInstances.Add(this);
+    if (lIndex < 0)
         return false;
+    SetInstanceIndex(lIndex);
     mInstanceOf = pInstanceOf;
     mIdGenerator = pInstanceOf->mIdGenerator;
     mIdGenerator->IncRef();
@@ -109,7 +110,7 @@ void KLyrPropertyPage::Destroy() {
     KLyrPropertyPage* lPage = this;
     while (lPage) {
         if (!lPage->HandDownToInstances()) {
-            lPage->mDestroyPending = true;
+            lPage->mDestroyPending = 1;
             lPage->Retire();
             return;
         }
@@ -198,13 +199,13 @@ void KLyrPropertyPage::LeaveInstanceOf() {
     if (!mInstanceOf)
         return;
     KArrayTemplate<KLyrPropertyPage*>& lInstances = mInstanceOf->mInstances;
-    int lIndex = mInstanceIndex;
+    int lIndex = static_cast<int>(mInstanceIndex);
     if (!lInstances.ValidateIndex(lIndex) || lInstances.GetAt(lIndex) != this)
         lIndex = lInstances.Find(this);
     if (lIndex >= 0) {
         KLyrPropertyPage* lLast = lInstances.GetAt(lInstances.GetCount() - 1);
         lInstances.SetAt(lIndex, lLast);
-        lLast->mInstanceIndex = lIndex;
+        lLast->SetInstanceIndex(lIndex);
         lInstances.RemoveAt(lInstances.GetCount() - 1);
     }
     mInstanceOf = nullptr;
@@ -337,7 +338,7 @@ KPair<KLyrPropertyPage::KEntryMap::RecordType*, bool> KLyrPropertyPage::InsertRe
         if (!lMoved && !mEntries.Reserve(std::max(kFewRecords, lLive / 2)))
             return KPair<KEntryMap::RecordType*, bool>(nullptr, false);
     }
-    mIdBits = static_cast<unsigned short>(mIdBits | BitOf(pId));
+    mIdBits |= BitOf(pId);
     return mEntries.Insert(pId, pEntry);
 }
 
@@ -375,10 +376,9 @@ bool KLyrPropertyPage::RemoveOwnEntry(int pId) {
 }
 
 void KLyrPropertyPage::RenewIdBits() {
-    unsigned lBits = 0;
+    mIdBits = 0;
     for (auto lIt = mEntries.Begin(); lIt != mEntries.End(); ++lIt)
-        lBits |= BitOf(lIt->GetKey());
-    mIdBits = static_cast<unsigned short>(lBits);
+        mIdBits |= BitOf(lIt->GetKey());
 }
 
 // --- the table and the index ---------------------------------------------------------------------------------------

@@ -334,11 +334,14 @@ private:
     KPair<KEntryMap::RecordType*, bool> InsertRecord(int pId, KLyrPropertyEntry* pEntry);
     KLyrPropertyEntry* InsertOwnEntry(int pId, int pParentId);
     KLyrPropertyEntry* FindOwnEntry(int pId) const;
+    // Null for an id without a slot, too.
+    KLyrPropertyEntry* FindInTable(int pId) const { return mTable && mTable->HasSlot(pId) ? mTable->At(pId) : nullptr; }
     void PutIntoTable(int pId, KLyrPropertyEntry* pEntry);
     void TakeFromTable(int pId, KLyrPropertyEntry* pEntry);
     void RenewIdBits();
     void DropIndex();
-    static unsigned BitOf(int pId) { return 1u << (static_cast<unsigned>(pId) & 15u); }
+    static unsigned BitOf(int pId) { return 1u << (static_cast<unsigned>(pId) & 31u); }
+    void SetInstanceIndex(int pIndex) { mInstanceIndex = static_cast<unsigned>(pIndex) & 0x7FFFFFFFu; }
     KLyrPropertyIndex* GetIndex() const { return mTable ? mTable->mIndex : nullptr; }
     int NextOwnChild(int pParentId, int pAfter) const;
     int NextChild(int pParentId, int pAfter) const;
@@ -376,12 +379,12 @@ private:
     // Made for a page with many entries, and for the time being only.
     EntryTable* mTable = nullptr;
     // Where this page was put into its instance-of page's instances; a guess that is checked.
-    int mInstanceIndex = 0;
+    unsigned mInstanceIndex : 31;
     // Destroyed by the application, but kept for the instances.
-    bool mDestroyPending = false;
-    // A bit for every sixteenth id: off when no entry has one of those, so that most of what an instance inherits is
-    // not looked for among the few that it has.
-    unsigned short mIdBits = 0;
+    unsigned mDestroyPending : 1;
+    // A bit for every 32nd id: off when no entry has one of those, so that most of what an instance inherits is not
+    // looked for among the few that it has.
+    unsigned mIdBits = 0;
 };
 
 template <typename T>

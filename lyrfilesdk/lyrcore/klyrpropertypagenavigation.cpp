@@ -52,6 +52,12 @@ int KLyrPropertyPage::GetMinimumPropertyIdAndEntry(int pId, KLyrPropertyEntry** 
     int lId = -1;
     KLyrPropertyEntry* lEntry = nullptr;
     for (const KLyrPropertyPage* lPage = this; lPage; lPage = lPage->mInstanceOf) {
+        // Most often it is the very next id.
+        if (KLyrPropertyEntry* lNext = lAbove < INT_MAX ? lPage->FindInTable(lAbove + 1) : nullptr) {
+            lId = lAbove + 1;
+            lEntry = lNext;
+            continue;
+        }
         const KEntryMap::RecordType* lRecord = lPage->mEntries.UpperBound(lAbove);
         if (lRecord && (lId == -1 || lRecord->GetKey() <= lId)) {
             lId = lRecord->GetKey();

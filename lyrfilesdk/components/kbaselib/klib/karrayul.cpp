@@ -77,7 +77,8 @@ int KBaseArrayFast<pElementSize>::InsertAt(int pIndex, const void* pItem) {
             return -1;
     }
     char* lSlot = Elements() + BytesOf<pElementSize>(lIndex);
-    std::memmove(lSlot + pElementSize, lSlot, BytesOf<pElementSize>(mArrayCount - lIndex));
+    if (lIndex < mArrayCount)
+        std::memmove(lSlot + pElementSize, lSlot, BytesOf<pElementSize>(mArrayCount - lIndex));
     std::memcpy(lSlot, lItem, pElementSize);
     ++mArrayCount;
     return lIndex;
@@ -89,7 +90,8 @@ void KBaseArrayFast<pElementSize>::RemoveAt(int pIndex) {
         return;
     --mArrayCount;
     char* lSlot = Elements() + BytesOf<pElementSize>(pIndex);
-    std::memmove(lSlot, lSlot + pElementSize, BytesOf<pElementSize>(mArrayCount - pIndex));
+    if (pIndex < mArrayCount)
+        std::memmove(lSlot, lSlot + pElementSize, BytesOf<pElementSize>(mArrayCount - pIndex));
     std::memset(Elements() + BytesOf<pElementSize>(mArrayCount), 0, pElementSize);
 }
 
