@@ -117,6 +117,12 @@ TEST(LyrCopy, CutsFractionsOffTowardsZero) {
     EXPECT_EQ(0, Converted<long long>(-0.99f));
     EXPECT_EQ(-32768, Converted<short>(-32768.9));
     EXPECT_EQ(2147483647, Converted<int>(2147483647.9));
+    // The least number but one is no sign of one that does not fit.
+    EXPECT_EQ(-32767, Converted<short>(-32767.0));
+    EXPECT_EQ(-32767, Converted<short>(-32767.5));
+    EXPECT_EQ(-2147483647, Converted<int>(-2147483647.0));
+    EXPECT_EQ(-2147483647, Converted<int>(-2147483647.5));
+    EXPECT_EQ(-9223372036854774784ll, Converted<long long>(-9223372036854774784.0));
 }
 
 TEST(LyrCopy, SetsTheTopBitOfAnUnsignedLongLongFromTwoToThe63) {
