@@ -143,6 +143,20 @@ void CountRequestedBytes(benchmark::State& pState) {
     }
 }
 
+// All that a page of so many doubles takes, its names included, a property.
+void CountBytesOfDoubles(benchmark::State& pState, int pCount, bool pRequested) {
+    LibraryMemory lMemory;
+    KLyrPropertyHandle lRoot = KLyrPropertyHandle::Create("doubles", eUNIDENTIFIED);
+    for (int i = 0; i < pCount; ++i) {
+        const double lValue = DoubleValue(i);
+        lRoot.Add(("double " + std::to_string(i)).c_str(), eDOUBLE1).Set(&lValue, eDOUBLE1, false);
+    }
+    Require(lRoot.Find("double 7", true).GetId() == 8, "ours has all");
+    ReportAmount(pState, static_cast<double>(pRequested ? lMemory.RequestedBytes() : lMemory.UsableBytes()),
+                 static_cast<std::size_t>(pCount));
+    lRoot.Destroy();
+}
+
 // How often the work asks for memory, of 1000 times.
 template <typename Work>
 void CountAllocations(benchmark::State& pState, Work pWork) {
@@ -166,6 +180,13 @@ const Registration sgRegistration([] {
     AddCreateSides<HashedVariants>();
     AddNameSides<HashedVariants>();
     AddSide("property bytes requested/64", "ours", &CountRequestedBytes);
+    for (const int lCount : {8, 64, 1000, 100000}) {
+        const std::string lSize = "/" + std::to_string(lCount);
+        AddSide("double bytes" + lSize, "ours",
+                [lCount](benchmark::State& pState) { CountBytesOfDoubles(pState, lCount, false); });
+        AddSide("double bytes requested" + lSize, "ours",
+                [lCount](benchmark::State& pState) { CountBytesOfDoubles(pState, lCount, true); });
+    }
     AddSide("allocations of a get", "ours", [](benchmark::State& pState) {
         CountAllocations(pState, [](OurObject& pObject, int pNumber, double) { pObject.Get(pNumber); });
     });

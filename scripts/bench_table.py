@@ -115,7 +115,7 @@ ROWS = [
     (r"map bytes/", "B", [against("std::map", 1)]),
     (r"create object", "ns", [against("GObject hash table", 1), against("Qt dynamic", 1 / 2)]),
     (r"destroy object/", "ns", []),
-    (r"property bytes", "B", []),
+    (r"(property|double) bytes", "B", []),
     (r"(get|set) double", "ns", [against("std::map of variants", 1), against("RTTR", 1)]),
     (r"allocations", "", [at_most(0, "", 0)]),
     (r"find and get/", "ns", [against("GObject", 1), against("Qt dynamic", 1 / 3)]),
