@@ -5,7 +5,7 @@
 cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit
 
 gBuildPackages="cmake ninja-build g++ googletest libtinygltf-dev libcli11-dev nlohmann-json3-dev"
-gTestPackages="$gBuildPackages g++-multilib pkg-config"
+gTestPackages="$gBuildPackages g++-multilib pkg-config gdb"
 gCheckPackages="clang clang-format libclang-rt-14-dev"
 gAnalyzePackages="$gBuildPackages clang clang-tidy cppcheck"
 gValgrindPackages="$gTestPackages valgrind"

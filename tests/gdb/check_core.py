@@ -1,0 +1,204 @@
+"""Run by gdb on the core of the scene: compares what the printers show with what they should show.
+
+A transcript is a text with lines "(gdb) COMMAND", each with what gdb answers below it up to the next empty line;
+everything else in it is prose. Addresses, which all stand for 0x..., and the numbers of values are not compared. The
+answers of this run are left in WORK_DIR, in files of the same name.
+"""
+
+import itertools
+import pathlib
+import re
+import sys
+import time
+
+import gdb
+
+# Set by the command line.
+gSource = pathlib.Path(SOURCE_DIR)  # noqa: F821
+gWork = pathlib.Path(WORK_DIR)  # noqa: F821
+
+TRANSCRIPTS = ("tests/gdb/values.txt", "tests/gdb/properties.txt", "tests/gdb/connections.txt", "docs/debugging.md")
+LAYERS = ("components/kbaselib/klib", "klyrplugins", "lyrcore")
+# Public classes that gdb shows as well by itself: no members, or those of the application's class derived from it.
+PLAIN = {
+    "KLyrConnectionPointFilter",
+    "KLyrPlug",
+    "KLyrLessCompare",
+    "KNameMapCompare",
+    "KStringCompare",
+    "LyrPropertyFlags",
+    "LyrSdkDeletionPolicy",
+}
+# No garbage may keep a printer longer. It is some thousand times what they take.
+MOST_SECONDS = 60
+
+gFaults = []
+
+
+def answer(command):
+    try:
+        return gdb.execute(command, to_string=True).rstrip("\n")
+    except gdb.error as error:
+        return str(error)
+
+
+def without_numbers(text):
+    """A text with the same address everywhere, and the same number for each value."""
+    return re.sub(r"^\$\d+ = ", "$1 = ", re.sub(r"0x[0-9a-f]{6,}", "0x...", text), flags=re.M)
+
+
+def check_transcript(name):
+    lines = (gSource / name).read_text().split("\n")
+    made = []
+    commands = 0
+    while lines:
+        line = lines.pop(0)
+        made.append(line)
+        if not line.startswith("(gdb) "):
+            continue
+        commands += 1
+        expected = list(itertools.takewhile(lambda text: text and not text.startswith(("(gdb) ", "```")), lines))
+        del lines[: len(expected)]
+        found = without_numbers(answer(line[len("(gdb) ") :]))
+        wanted = without_numbers("\n".join(expected))
+        made.extend(found.split("\n") if found else [])
+        if found != wanted:
+            gFaults.append(f"{name}: {line[6:]}\n  shows   {found}\n  and not {wanted}")
+    if not commands:
+        gFaults.append(f"{name} holds no commands")
+    (gWork / pathlib.Path(name).name).write_text("\n".join(made))
+
+
+def header_text(layer):
+    return "\n".join(path.read_text() for path in sorted((gSource / "lyrfilesdk" / layer).glob("*.h")))
+
+
+def check_tables(printers):
+    """What the printers know of the library stands in its headers."""
+    headers = header_text("klyrplugins")
+    rows = re.findall(r"^ +p(?:None|Value|Reference)\( *\d+, *\w+, +([\w ]+?), +\d+\)", headers, re.M)
+    if tuple(rows) != printers.values.STORED_TYPES:
+        gFaults.append(f"the printers' type list is not the library's: {rows}")
+    units = re.findall(r"KLyrSystemUnit KLyrSystemUnit::(\w+)\{([\d.]+)\}", headers)
+    if {float(factor): name for name, factor in units} != printers.values.UNITS:
+        gFaults.append(f"the printers' units are not the library's: {units}")
+    if f"kTimeUnitsPerSecond = {printers.values.TIME_UNITS_PER_SECOND};" not in header_text(LAYERS[0]):
+        gFaults.append("the printers' unit of time is not the library's")
+
+
+def check_every_class_has_a_printer(printers):
+    """Every class of the public headers, but those whose members are of no use."""
+    manifest = (gSource / "tests/install/manifest.txt").read_text()
+    names = set()
+    for layer in LAYERS:
+        for header in re.findall(rf"include/(lyrfilesdk/{layer}/\w+\.h)", manifest):
+            text = (gSource / header).read_text()
+            text = re.sub(r"namespace detail \{.*?\}  // namespace detail", "", text, flags=re.S)
+            found = re.findall(
+                r"^(?:class|struct)(?: LYRSDK_API| __attribute__\(\(\w+\)\))? (\w+)[^;]*? *\{", text, re.M
+            )
+            names.update(found)
+    known = {name.split("::")[0] for name in printers.PRINTERS}
+    if len(names) < 30 or names - known != PLAIN:
+        gFaults.append(f"without a printer: {sorted(names - known - PLAIN)}; not found: {sorted(PLAIN - names)}")
+
+
+def classes_of_scene():
+    """The classes of the library of which the scene has objects, and those that they are made of."""
+    left = [
+        gdb.parse_and_eval(f"scene::{name}").type
+        for name in re.findall(r"^[\w:<>, *]+ (sg\w+)(?:\[\w+\])?(?:[({ ].*)?;$", scene_text(), re.M)
+    ]
+    found = {}
+    while left:
+        kind = left.pop().strip_typedefs()
+        while kind.code in (gdb.TYPE_CODE_PTR, gdb.TYPE_CODE_ARRAY):
+            kind = kind.target().strip_typedefs()
+        kind = kind.unqualified()
+        name = kind.tag or ""
+        if kind.code == gdb.TYPE_CODE_STRUCT and name.startswith("lyrsdk::") and name not in found and kind.sizeof:
+            found[name] = kind
+            left.extend(field.type for field in kind.fields())
+    return found
+
+
+def scene_text():
+    texts = [(gSource / f"tests/gdb/{name}.cpp").read_text() for name in ("values", "properties")]
+    # What stands in unnamed namespaces is not looked at.
+    return re.sub(r"namespace \{.*?\}  // namespace\n", "", "\n".join(texts), flags=re.S)
+
+
+def use_printer(value):
+    """All that a printer is asked for; an error would be one of the printer's."""
+    printer = gdb.default_visualizer(value)
+    if printer is None:
+        return False
+    shown = [printer.to_string()]
+    if hasattr(printer, "children"):
+        shown.extend(itertools.islice(printer.children(), 200))
+    return bool(shown)
+
+
+def garbage_places():
+    """Where there is garbage, and where there are broken pages."""
+    garbage = gdb.parse_and_eval("scene::sgGarbage")
+    mutants = gdb.parse_and_eval("scene::sgMutants")
+    blocks = [int(garbage[block].address) for block in range(garbage.type.range()[1] + 1)]
+    pages = [int(mutants[index].address) for index in range(int(gdb.parse_and_eval("scene::sgMutantCount")))]
+    return [*blocks, 8, 3], pages
+
+
+def check_garbage(printers):
+    """No memory makes a printer fail or run on."""
+    asked = set()
+
+    def check(value, where):
+        began = time.monotonic()
+        try:
+            if use_printer(value):
+                asked.add(printers.plain_name(value.type.tag.replace("lyrsdk::", "", 1)))
+        except Exception as error:  # whatever it is, it should not have come here
+            gFaults.append(f"{value.type} at {where:#x}: {type(error).__name__}: {error}")
+        if time.monotonic() - began > MOST_SECONDS:
+            gFaults.append(f"{value.type} at {where:#x} took too long")
+
+    blocks, pages = garbage_places()
+    for name, kind in classes_of_scene().items():
+        for place in blocks + pages if name == "lyrsdk::KLyrPropertyPage" else blocks:
+            check(gdb.Value(place).cast(kind.pointer()).dereference(), place)
+    for place in pages:
+        check(printers.properties.make_handle(place, 1), place)
+    missed = set(printers.PRINTERS) - asked
+    if missed:
+        gFaults.append(f"no garbage was shown as {sorted(missed)}")
+
+
+def select_main():
+    """The frame that uses the scene's namespace."""
+    frame = gdb.newest_frame()
+    while frame.name() != "main":
+        frame = frame.older()
+    frame.select()
+
+
+def main():
+    printers = sys.modules.get("lyrsdk_gdb")
+    if printers is None:
+        gFaults.append("the printers were not loaded")
+    else:
+        for setting in ("width 0", "height 0", "print elements 200", "print symbol off"):
+            gdb.execute(f"set {setting}")
+        select_main()
+        check_tables(printers)
+        check_every_class_has_a_printer(printers)
+        check_garbage(printers)
+        for name in TRANSCRIPTS:
+            check_transcript(name)
+    for fault in gFaults:
+        print(fault)
+    if gFaults:
+        gdb.execute("quit 1")
+    print("all of the core is shown as it should be")
+
+
+main()
