@@ -1,4 +1,4 @@
-# What an installed copy offers: the library, its headers, a CMake package and a pkg-config file.
+# What an installed copy offers: the library, its headers, a CMake package, a pkg-config file and gdb's printers.
 
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
@@ -31,3 +31,22 @@ string(REGEX REPLACE "/$" "" LYRSDK_PC_PREFIX "${LYRSDK_PC_PREFIX}")
 list(JOIN LYRSDK_ARITHMETIC_FLAGS " " LYRSDK_PC_CFLAGS)
 configure_file("${PROJECT_SOURCE_DIR}/cmake/lyrsdk.pc.in" "${PROJECT_BINARY_DIR}/lyrsdk.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/lyrsdk.pc" DESTINATION "${lPkgConfigDir}")
+
+# The printers lie in one place. A file that leads there is to be loaded by name; another one is named after the shared
+# library, for gdb to find. Both know the way by where they lie.
+set(lGdbDir "${CMAKE_INSTALL_DATADIR}/lyrsdk/gdb")
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/tools/gdb/lyrsdk_gdb" DESTINATION "${lGdbDir}" FILES_MATCHING PATTERN "*.py")
+function(lyrsdk_install_gdb_loader pFolder pName)
+    file(RELATIVE_PATH LYRSDK_GDB_MODULE_DIR
+        "${CMAKE_INSTALL_PREFIX}/${pFolder}" "${CMAKE_INSTALL_PREFIX}/${lGdbDir}")
+    set(lLoader "${PROJECT_BINARY_DIR}/install/${pName}")
+    configure_file("${PROJECT_SOURCE_DIR}/tools/gdb/lyrsdk-gdb.py.in" "${lLoader}" @ONLY)
+    install(FILES "${lLoader}" DESTINATION "${pFolder}")
+endfunction()
+lyrsdk_install_gdb_loader("${lGdbDir}" lyrsdk-gdb.py)
+if(BUILD_SHARED_LIBS)
+    set(LYRSDK_GDB_AUTO_LOAD_DIR "${CMAKE_INSTALL_LIBDIR}" CACHE STRING
+        "Folder in the prefix where gdb looks for what goes with the shared library: beside it, or in its auto-load")
+    lyrsdk_install_gdb_loader("${LYRSDK_GDB_AUTO_LOAD_DIR}"
+        "${CMAKE_SHARED_LIBRARY_PREFIX}lyrsdk${CMAKE_SHARED_LIBRARY_SUFFIX}.${PROJECT_VERSION}-gdb.py")
+endif()

@@ -1,7 +1,7 @@
 # cmake -DNAME=VALUE... -P check_install.cmake
 #
-# Installs the library, moves the installed tree elsewhere, holds its files against the manifest, and builds programs
-# against it with find_package and with pkg-config.
+# Installs the library, moves the installed tree elsewhere, holds its files against the manifest, has gdb load its
+# printers, and builds programs against it with find_package and with pkg-config.
 #
 #   KIND        static or shared
 #   BUILD_DIR   a build of the library of that kind; without it, the library is built as a part of a host project
@@ -83,6 +83,28 @@ function(check_shared_library pLibDir)
     endif()
 endfunction()
 
+# gdb loads the printers with the shared library, where it is installed, and by name.
+function(check_gdb_printers pLibDir)
+    set(lGdb gdb -nx -batch -iex "set debuginfod enabled off" -iex "set auto-load safe-path ${WORK_DIR}/sdk")
+    execute_process(COMMAND ${lGdb} -ex "python print('gdb and ' + 'Python')" OUTPUT_VARIABLE lOutput ERROR_QUIET)
+    if(NOT lOutput MATCHES "gdb and Python")
+        message("there is no gdb with Python here: its printers are not tried")
+        return()
+    endif()
+    if(KIND STREQUAL "shared")
+        run(${lGdb} -ex "info pretty-printer .*liblyrsdk lyrsdk" "${pLibDir}/liblyrsdk.so")
+        if(NOT gOutput MATCHES "KLyrPropertyHandle")
+            message(FATAL_ERROR "gdb has not loaded the printers with the library:\n${gOutput}")
+        endif()
+    endif()
+    run(${lGdb} -ex "source ${WORK_DIR}/sdk/share/lyrsdk/gdb/lyrsdk-gdb.py" -ex "info pretty-printer global lyrsdk")
+    if(NOT gOutput MATCHES "KLyrPropertyHandle")
+        message(FATAL_ERROR "gdb has not loaded the printers by name:\n${gOutput}")
+    endif()
+    # Loading leaves nothing behind.
+    check_manifest()
+endfunction()
+
 function(check_find_package)
     configure_and_build("${SOURCE_DIR}/tests/install/consumer" "${WORK_DIR}/consumer"
         "-DCMAKE_PREFIX_PATH=${WORK_DIR}/sdk" -DCMAKE_EXE_LINKER_FLAGS=-Wl,--fatal-warnings)
@@ -112,5 +134,6 @@ file(GLOB lLibDir "${WORK_DIR}/sdk/lib*")
 if(KIND STREQUAL "shared")
     check_shared_library("${lLibDir}")
 endif()
+check_gdb_printers("${lLibDir}")
 check_find_package()
 check_pkg_config("${lLibDir}")
