@@ -16,6 +16,7 @@ import gdb
 # Set by the command line.
 gSource = pathlib.Path(SOURCE_DIR)  # noqa: F821
 gWork = pathlib.Path(WORK_DIR)  # noqa: F821
+gKnowsLibrary = KNOWS_LIBRARY  # noqa: F821
 
 TRANSCRIPTS = ("tests/gdb/values.txt", "tests/gdb/properties.txt", "tests/gdb/connections.txt", "docs/debugging.md")
 LAYERS = ("components/kbaselib/klib", "klyrplugins", "lyrcore")
@@ -173,6 +174,26 @@ def check_garbage(printers):
         gFaults.append(f"no garbage was shown as {sorted(missed)}")
 
 
+def check_without_library():
+    """Where the debug info of the program is not enough, the printers say so, and show the rest."""
+    lacking = re.compile(r"<no debug info: only the name of [^<>]* is known>")
+    wanted = {}
+    for name in TRANSCRIPTS:
+        found = re.findall(r"^\(gdb\) print (\*?)(sg\w+)\n\$\d+ = (.*)$", (gSource / name).read_text(), re.M)
+        wanted.update({f"{star}scene::{name}": without_numbers(text) for star, name, text in found})
+    shown = 0
+    for name, text in wanted.items():
+        found = without_numbers(answer(f"print {name}"))[len("$1 = ") :]
+        # What is shown in part has a gap.
+        gaps = lacking.split(found)
+        if all(part in text for part in gaps):
+            shown += 1
+        elif not found.startswith("<no debug info of "):
+            gFaults.append(f"print {name}\n  shows   {found}\n  and not {text}")
+    if shown < 20:
+        gFaults.append(f"without the library no more than {shown} of {len(wanted)} objects are shown")
+
+
 def select_main():
     """The frame that uses the scene's namespace."""
     frame = gdb.newest_frame()
@@ -183,11 +204,13 @@ def select_main():
 
 def main():
     printers = sys.modules.get("lyrsdk_gdb")
+    for setting in ("width 0", "height 0", "print elements 200", "print symbol off"):
+        gdb.execute(f"set {setting}")
     if printers is None:
         gFaults.append("the printers were not loaded")
+    elif not gKnowsLibrary:
+        check_without_library()
     else:
-        for setting in ("width 0", "height 0", "print elements 200", "print symbol off"):
-            gdb.execute(f"set {setting}")
         select_main()
         check_tables(printers)
         check_every_class_has_a_printer(printers)

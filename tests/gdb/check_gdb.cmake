@@ -32,15 +32,22 @@ if(NOT EXISTS "${lCore}")
     message(FATAL_ERROR "gdb made no core of ${PROGRAM}:\n${gOutput}")
 endif()
 
-set(lLoad)
+# check_core(KNOWS_LIBRARY OPTION...): a gdb with these options looks at the core.
+function(check_core pKnowsLibrary)
+    run_gdb(${ARGN}
+        -ex "python SOURCE_DIR, WORK_DIR, KNOWS_LIBRARY = r'${SOURCE_DIR}', r'${WORK_DIR}', ${pKnowsLibrary}"
+        -x "${SOURCE_DIR}/tests/gdb/check_core.py"
+        "${PROGRAM}" "${lCore}")
+    if(NOT gStatus STREQUAL "0" OR NOT gOutput MATCHES "all of the core is shown as it should be")
+        message("${gOutput}")
+        message(FATAL_ERROR "gdb ended with ${gStatus}; its answers are in ${WORK_DIR}")
+    endif()
+endfunction()
+
 if(KIND STREQUAL "static")
-    set(lLoad -ex "source ${LOADER}")
-endif()
-run_gdb(${lLoad}
-    -ex "python SOURCE_DIR, WORK_DIR = r'${SOURCE_DIR}', r'${WORK_DIR}'"
-    -x "${SOURCE_DIR}/tests/gdb/check_core.py"
-    "${PROGRAM}" "${lCore}")
-if(NOT gStatus STREQUAL "0" OR NOT gOutput MATCHES "all of the core is shown as it should be")
-    message("${gOutput}")
-    message(FATAL_ERROR "gdb ended with ${gStatus}; its answers are in ${WORK_DIR}")
+    check_core(True -ex "source ${LOADER}")
+else()
+    check_core(True)
+    # As if the library had been built without debug info.
+    check_core(False -iex "set auto-solib-add off" -ex "source ${LOADER}")
 endif()

@@ -5,8 +5,9 @@
     properties.py  pages, items, connections, handles
     __init__.py    the containers, and which printer is whose
 
-A printer gives a text, children, or both. Memory that holds no object of the type prints as "<invalid ...>", with the
-reason; no printer raises an error or runs without an end. Texts and children are cut at "set print elements".
+A printer gives a text, children, or both. Memory that holds no object of the type prints as "<invalid ...>", a type of
+which the program says too little as "<no debug info ...>", with the reason; no printer raises an error or runs without
+an end. Texts and children are cut at "set print elements".
 """
 
 import gdb
@@ -17,7 +18,9 @@ from .memory import (
     ERRORS,
     Invalid,
     array_elements,
+    complaint,
     element_values,
+    known,
     pointee,
     read,
     tree_records,
@@ -34,12 +37,15 @@ class Printer:
         self.value = value
         self.name = name
         self.text = text
+        self.is_broken = False
 
     def to_string(self):
         try:
+            known(self.value.type.strip_typedefs())
             return self.text(self.value) if self.text else None
         except ERRORS as error:
-            return f"<invalid {self.name}: {error}>"
+            self.is_broken = True
+            return complaint(error, self.name)
 
 
 class Parent(Printer):
@@ -50,8 +56,8 @@ class Parent(Printer):
         self.members = children
 
     def children(self):
-        # The text has said what is wrong.
-        if str(self.to_string()).startswith("<invalid"):
+        self.to_string()
+        if self.is_broken:
             return
         try:
             yield from self.members(self.value)

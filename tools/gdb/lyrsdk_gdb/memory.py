@@ -17,19 +17,35 @@ class Invalid(Exception):
     """What stands in memory is not what the library would have left there."""
 
 
+class NoDebugInfo(Invalid):
+    """The program does not say what stands there."""
+
+
 # What reading memory that may hold anything can end in.
 ERRORS = (Invalid, gdb.error, ArithmeticError, AttributeError, LookupError, TypeError, ValueError)
+
+
+def complaint(error, name=""):
+    """What is shown in place of something that cannot be read."""
+    # A class may be known without those that it is derived from.
+    if isinstance(error, NoDebugInfo) or str(error).startswith("There is no member "):
+        return f"<no debug info{' of ' + name if name else ''}: {error}>"
+    return f"<invalid{' ' + name if name else ''}: {error}>"
 
 
 def type_of(name):
     """The type of this name in the library; with it come its members."""
     try:
-        found = gdb.lookup_type("lyrsdk::" + name).strip_typedefs()
+        return known(gdb.lookup_type("lyrsdk::" + name).strip_typedefs())
     except gdb.error:
-        found = None
-    if not found or found.sizeof == 0:
-        raise Invalid(f"no debug info of lyrsdk::{name}")
-    return found
+        raise NoDebugInfo(f"lyrsdk::{name} is not known") from None
+
+
+def known(value_type):
+    """The type, provided that more of it is known than its name."""
+    if value_type.code == gdb.TYPE_CODE_STRUCT and not value_type.fields():
+        raise NoDebugInfo(f"only the name of {value_type} is known")
+    return value_type
 
 
 def read(address, size):
@@ -42,6 +58,7 @@ def read(address, size):
 
 def at(address, value_type):
     """The value of a type at an address."""
+    known(value_type)
     read(address, value_type.sizeof)
     return gdb.Value(address).cast(value_type.pointer()).dereference()
 
@@ -98,9 +115,9 @@ def counted_text(string):
     address = int(string["mText"])
     if address == 0:
         return b"", False
-    header_type = type_of("detail::TextHeader")
-    header = at(address - header_type.sizeof, header_type)
-    length, room = int(header["mLength"]), int(header["mRoom"])
+    # Length and room stand in front of the text.
+    header = gdb.lookup_type("int").array(1)
+    length, room = (int(at(address - header.sizeof, header)[index]) for index in (0, 1))
     if not 0 < length <= room or read(address + length, 1) != b"\0":
         raise Invalid(f"no text at {address:#x}")
     limit = element_limit()

@@ -8,6 +8,7 @@ from .memory import (
     array_elements,
     at,
     bits,
+    complaint,
     element_limit,
     element_values,
     pointee,
@@ -34,7 +35,7 @@ def attempt(text, *arguments):
     try:
         return text(*arguments)
     except ERRORS as error:
-        return f"<invalid: {error}>"
+        return complaint(error)
 
 
 def counted(count, noun, plural=None):
@@ -357,7 +358,8 @@ def seen_value_text(view, key, info):
         return "", ""
     if int(item["mType"]) == type_number("eENUM") and info is not None:
         number = int(at(int(item["mValue"]), gdb.lookup_type("int")))
-        text += attempt(enumeration_name, info, number)
+        name = attempt(enumeration_name, info, number)
+        text += f" {name}" if name else ""
     return text, "own" if level == 0 else f"inherited from the page {int(page.address):#x}, {level} up"
 
 
@@ -366,10 +368,10 @@ def type_number(name):
 
 
 def enumeration_name(info, number):
-    """The text of a number, a blank in front of it; empty if there is none."""
+    """The text of a number; empty if there is none."""
     for index, item in enumerate(enumeration(info)):
         if index == number:
-            return " " + string_text(item["mString"])
+            return string_text(item["mString"])
     return ""
 
 
