@@ -10,7 +10,8 @@
 cmake_minimum_required(VERSION 3.25)
 
 # Nothing of the user's settings, and no debug info from elsewhere.
-set(gGdb gdb -nx -batch -iex "set debuginfod enabled off" -iex "set auto-load safe-path /")
+set(gGdb gdb -nx -batch
+    -iex "set debuginfod enabled off" -iex "set debug-file-directory ${WORK_DIR}" -iex "set auto-load safe-path /")
 
 # Runs gdb; its status in gStatus, and all it printed in gOutput.
 macro(run_gdb)
