@@ -106,10 +106,7 @@ def check_every_class_has_a_printer(printers):
 
 def classes_of_scene():
     """The classes of the library of which the scene has objects, and those that they are made of."""
-    left = [
-        gdb.parse_and_eval(f"scene::{name}").type
-        for name in re.findall(r"^[\w:<>, *]+ (sg\w+)(?:\[\w+\])?(?:[({ ].*)?;$", scene_text(), re.M)
-    ]
+    left = [gdb.parse_and_eval(f"scene::{name}").type for name in scene_names()]
     found = {}
     while left:
         kind = left.pop().strip_typedefs()
@@ -123,21 +120,28 @@ def classes_of_scene():
     return found
 
 
-def scene_text():
+def scene_names():
+    """The objects of the scene."""
     texts = [(gSource / f"tests/gdb/{name}.cpp").read_text() for name in ("values", "properties")]
     # What stands in unnamed namespaces is not looked at.
-    return re.sub(r"namespace \{.*?\}  // namespace\n", "", "\n".join(texts), flags=re.S)
+    text = re.sub(r"namespace \{.*?\}  // namespace\n", "", "\n".join(texts), flags=re.S)
+    return re.findall(r"^[\w:<>, *]+ (sg\w+)(?:\[\w+\])?(?:[({ ].*)?;$", text, re.M)
 
 
 def use_printer(value):
-    """All that a printer is asked for; an error would be one of the printer's."""
+    """All that a printer is asked for; an error would be one of the printer's.
+
+    Front ends that show a value as a tree ask for members with names of their own.
+    """
     printer = gdb.default_visualizer(value)
     if printer is None:
         return False
-    shown = [printer.to_string()]
+    printer.to_string()
     if hasattr(printer, "children"):
-        shown.extend(itertools.islice(printer.children(), 200))
-    return bool(shown)
+        names = [name for name, _ in itertools.islice(printer.children(), 200)]
+        if len(set(names)) != len(names):
+            raise ValueError("two members of one name")
+    return True
 
 
 def garbage_places():
@@ -157,13 +161,18 @@ def check_garbage(printers):
         began = time.monotonic()
         try:
             if use_printer(value):
-                asked.add(printers.plain_name(value.type.tag.replace("lyrsdk::", "", 1)))
+                asked.add(printers.plain_name(value.type.strip_typedefs().tag.replace("lyrsdk::", "", 1)))
         except Exception as error:  # whatever it is, it should not have come here
             gFaults.append(f"{value.type} at {where:#x}: {type(error).__name__}: {error}")
         if time.monotonic() - began > MOST_SECONDS:
             gFaults.append(f"{value.type} at {where:#x} took too long")
 
     blocks, pages = garbage_places()
+    for name in scene_names():
+        value = gdb.parse_and_eval(f"scene::{name}")
+        if value.type.code == gdb.TYPE_CODE_PTR:
+            value = value.dereference()
+        check(value, int(value.address))
     for name, kind in classes_of_scene().items():
         for place in blocks + pages if name == "lyrsdk::KLyrPropertyPage" else blocks:
             check(gdb.Value(place).cast(kind.pointer()).dereference(), place)

@@ -81,8 +81,8 @@ class Map(Parent):
         return "map"
 
     def broken(self, reason):
-        yield "key", "<invalid>"
-        yield "value", reason
+        yield "<invalid> key", "<invalid>"
+        yield "<invalid> value", reason
 
 
 # --- containers -------------------------------------------------------------------------------------------------------
@@ -141,9 +141,10 @@ def tree_text(value):
 
 
 def tree_children(value):
-    for record in tree_records(value):
-        yield "key", record["mData"]["mFirst"]
-        yield "value", record["mData"]["mSecond"]
+    # No two members may have one name.
+    for index, record in enumerate(tree_records(value)):
+        yield f"key {index}", record["mData"]["mFirst"]
+        yield f"value {index}", record["mData"]["mSecond"]
 
 
 def map_text(value):

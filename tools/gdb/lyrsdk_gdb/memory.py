@@ -98,16 +98,16 @@ def quoted(text, cut=False):
 
 def c_text(address):
     """(bytes, cut) of a text that ends with a zero byte; null is the empty text."""
-    text = b""
+    text = bytearray()
     limit = element_limit()
-    while address and b"\0" not in text and len(text) <= limit:
+    while address and len(text) <= limit:
         # Never beyond a boundary behind which there might be no memory.
-        size = 64 - (address + len(text)) % 64
-        text += read(address + len(text), size)
-    end = text.find(b"\0")
-    if end >= 0:
-        text = text[:end]
-    return text[:limit], len(text) > limit
+        chunk = read(address + len(text), 64 - (address + len(text)) % 64)
+        end = chunk.find(b"\0")
+        text += chunk if end < 0 else chunk[:end]
+        if end >= 0:
+            break
+    return bytes(text[:limit]), len(text) > limit
 
 
 def counted_text(string):

@@ -157,8 +157,12 @@ def page_text(page):
 def page_children(page):
     """A page's own entries by id and path."""
     view = View(page)
+    last = -1
     for record in tree_records(page["mEntries"]["mTree"]):
         key = int(record["mData"]["mFirst"])
+        if key <= last:
+            raise Invalid(f"the entry {key} behind the entry {last}")
+        last = key
         yield f"[{key}] {attempt(view.path, key)}", pointee(record["mData"]["mSecond"])
 
 
