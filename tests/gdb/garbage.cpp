@@ -64,7 +64,7 @@ Word Noise() {
 
 void MakeMutant(std::size_t pIndex, Word pWord) {
     Word* lMutant = sgMutants[sgMutantCount++];
-    std::memcpy(lMutant, sgDeskLamp.GetPage(), sizeof(lyrsdk::KLyrPropertyPage));
+    std::memcpy(lMutant, static_cast<void*>(sgDeskLamp.GetPage()), sizeof(lyrsdk::KLyrPropertyPage));
     lMutant[pIndex] = pWord;
 }
 
