@@ -21,3 +21,4 @@
 #include "lyrfilesdk/lyrcore/klyrpropertyhandle.h"
 #include "lyrfilesdk/lyrcore/klyrpropertyitems.h"
 #include "lyrfilesdk/lyrcore/klyrpropertypage.h"
+#include "lyrfilesdk/lyrkit/lyrkit.h"

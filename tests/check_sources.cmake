@@ -10,7 +10,7 @@ set(gFaults)
 # Standard headers whose classes allocate without asking the memory hook.
 string(CONCAT lAllocating
     "(any|deque|filesystem|forward_list|fstream|functional|iostream|istream|list|locale|map|memory|ostream|queue|regex|set"
-    "|sstream|stack|string|string_view|unordered_map|unordered_set|vector)")
+    "|sstream|stack|string|unordered_map|unordered_set|vector)")
 
 # The lines of a file that match pRegex, without the brackets and semicolons that would upset a list.
 function(matching_lines pFile pRegex pResult)
@@ -49,6 +49,7 @@ endmacro()
 check_layer(components/kbaselib/klib components/kbaselib/klib)
 check_layer(klyrplugins components/kbaselib/klib klyrplugins)
 check_layer(lyrcore components/kbaselib/klib klyrplugins lyrcore)
+check_layer(lyrkit components/kbaselib/klib klyrplugins lyrcore lyrkit)
 
 foreach(lFolder IN ITEMS lyrfilesdk tests tools examples benchmarks)
     file(GLOB_RECURSE lFiles "${SOURCE_DIR}/${lFolder}/*.h" "${SOURCE_DIR}/${lFolder}/*.cpp")
