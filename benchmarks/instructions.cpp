@@ -101,6 +101,9 @@ void CountValues() {
         int lValue = -1;
         return lAt(i).Get(&lValue, eINTEGER1) && lValue >= 0;
     });
+    CountSteps("set double, typed", [&](int i) { return lyrSet(lAt(i), i + 0.25, eLyrSetPin) == eLyrSetWritten; });
+    CountSteps("set double, checked, typed", [&](int i) { return lyrSet(lAt(i), i + 0.75) == eLyrSetWritten; });
+    CountSteps("get double, typed", [&](int i) { return lyrGet<double>(lAt(i)).value_or(0) > 0; });
     KString lText;
     CountSteps("get double as string", [&](int i) { return lAt(i).Get(&lText, eSTRING) && !lText.IsEmpty(); });
     const KString lNumber("123.456");

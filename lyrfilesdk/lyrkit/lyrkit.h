@@ -3,5 +3,6 @@
 // The kit: typed access to properties and what is built on it. All of it stands on the public interface of the layers
 // below; a program that wants only those need not include it.
 
+#include "lyrfilesdk/lyrkit/klyrconversionverdict.h"
 #include "lyrfilesdk/lyrkit/klyrtypedaccess.h"
 #include "lyrfilesdk/lyrkit/klyrtypename.h"

@@ -1,0 +1,39 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "lyrfilesdk/lyrkit/lyrkit.h"
+#include "tests/reliability/failing_memory_pages.h"
+
+namespace lyrsdk {
+namespace {
+
+using S = PageStage;
+
+std::string ResultOf(ELyrSetResult pResult) {
+    const char* const kAnswers[] = {"refused", "written", "collapsed", "already so"};
+    return kAnswers[pResult];
+}
+
+const std::string sgLonger = std::string(detail::TextArgument::kRoom, ' ') + kLongText;
+
+const Operation<S> kTypedOperations[] = {
+    {"SetsAText", [](S& p) { return ResultOf(lyrSet(p.Top(S::eText), sgLonger)); }, "refused"},
+    {"SetsAShortText", [](S& p) { return ResultOf(lyrSet(p.Here(S::eText), kLongText)); }, "refused"},
+    {"PinsAShortText", [](S& p) { return ResultOf(lyrSet(p.Below(S::eText), kLongText, eLyrSetPin)); }, "refused"},
+    {"SetsABlob", [](S& p) { return ResultOf(lyrSet(p.Below(S::eBlobId), p.mLong)); }, "refused"},
+    {"ComparesABlob", [](S& p) { return ResultOf(lyrSet(p.Below(S::eBlobId), p.mBytes)); }, "refused"},
+    {"PinsANumber", [](S& p) { return ResultOf(lyrSet(p.Below(S::eNumber), 2.5, eLyrSetPin)); }, "refused"},
+    {"GetsAText", [](S& p) { return Answer(lyrGet<KString>(p.Below(S::eText)).has_value()); }, "false"},
+    {"GetsABlob", [](S& p) { return Answer(lyrGet<lyrBlob>(p.Below(S::eText)).has_value()); }, "false"},
+    {"VisitsAText", [](S& p) { return Answer(lyrVisit(p.Below(S::eText), [](const auto&) {})); }, "false"},
+};
+
+class FailingMemoryKit : public testing::TestWithParam<Operation<S>> {};
+TEST_P(FailingMemoryKit, DoesAllOrKeepsWhatWasStored) {
+    ExpectDoneOrRefused(GetParam());
+}
+INSTANTIATE_TEST_SUITE_P(Typed, FailingMemoryKit, testing::ValuesIn(kTypedOperations), NameOfOperation());
+
+}  // namespace
+}  // namespace lyrsdk
