@@ -5,4 +5,5 @@
 
 #include "lyrfilesdk/lyrkit/klyrconversionverdict.h"
 #include "lyrfilesdk/lyrkit/klyrtypedaccess.h"
+#include "lyrfilesdk/lyrkit/klyrtypedadd.h"
 #include "lyrfilesdk/lyrkit/klyrtypename.h"

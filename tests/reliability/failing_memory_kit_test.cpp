@@ -29,10 +29,42 @@ const Operation<S> kTypedOperations[] = {
     {"VisitsAText", [](S& p) { return Answer(lyrVisit(p.Below(S::eText), [](const auto&) {})); }, "false"},
 };
 
+std::string Added(const KLyrPropertyHandle& pAdded) {
+    return pAdded.Valid() ? "added" : "default";
+}
+
+const Operation<S> kAddingOperations[] = {
+    {"AddsANumber", [](S& p) { return Added(lyrAdd(p.Here(), kLongText, 1.5)); }, "default", Refused::eLeavesOutIds},
+    {"AddsAText", [](S& p) { return Added(lyrAdd(p.Here(), "name", sgLonger)); }, "default", Refused::eLeavesOutIds},
+    {"AddsByCode", [](S& p) { return Added(lyrAdd(p.Here(), "name", eDATETIME)); }, "default", Refused::eLeavesOutIds},
+    {"Builds",
+     [](S& p) {
+         return Added(lyrBuild(p.Here(), "name", 5)
+                          .Default(kLongText[0])
+                          .Limits(0, 10)
+                          .SoftLimits("1", "9")
+                          .Label(kLongText)
+                          .UserTag(1)
+                          .UserData(&sgUserData)
+                          .Flags(LyrPropertyFlags::eUSER));
+     },
+     "default", Refused::eLeavesOutIds},
+    {"BuildsAnEnumeration",
+     [](S& p) {
+         return Added(lyrBuild(p.Here(), "name", eENUM).EnumTexts({kLongText, "b"}));
+     },
+     "default", Refused::eLeavesOutIds},
+    {"BuildsAText", [](S& p) { return Added(lyrBuild(p.Here(), "name", eSTRING).Default(sgLonger).Min("min")); },
+     "default", Refused::eLeavesOutIds},
+    {"BuildsTyped", [](S& p) { return Added(lyrBuild(p.Here(), "name", p.Type()).Label(kLongText)); }, "default",
+     Refused::eLeavesOutIds},
+};
+
 class FailingMemoryKit : public testing::TestWithParam<Operation<S>> {};
 TEST_P(FailingMemoryKit, DoesAllOrKeepsWhatWasStored) {
     ExpectDoneOrRefused(GetParam());
 }
+INSTANTIATE_TEST_SUITE_P(Adding, FailingMemoryKit, testing::ValuesIn(kAddingOperations), NameOfOperation());
 INSTANTIATE_TEST_SUITE_P(Typed, FailingMemoryKit, testing::ValuesIn(kTypedOperations), NameOfOperation());
 
 }  // namespace

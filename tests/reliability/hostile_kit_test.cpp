@@ -122,5 +122,106 @@ TEST(HostileKit, TypedAccess) {
     });
 }
 
+// --- adding ----------------------------------------------------------------------------------------------------------
+
+TEST(HostileKit, Adding) {
+    MakeHostileCalls<P>({
+        {"lyrAdd", kNothing,
+         [](P& p) {
+             for (const KLyrPropertyHandle& lHandle : Nowhere(p)) {
+                 EXPECT_EQ(lyrAdd(lHandle, "x", 1.0), KLyrPropertyHandle());
+                 EXPECT_EQ(lyrAdd(lHandle, nullptr, eDOUBLE1), KLyrPropertyHandle());
+             }
+         }},
+        {"lyrAdd", kSome,
+         [](P& p) {
+             WithHostileTexts([&p](const char* pText) {
+                 EXPECT_STREQ(lyrAdd(Here(p, 0), pText, 1.0).GetName(), TextOrEmpty(pText).c_str());
+             });
+             for (int lCode : kNoCodes)
+                 EXPECT_TRUE(lyrAdd(Here(p, 0), "x", static_cast<ELyrType>(lCode)).Valid()) << "as the handle's Add";
+         }},
+        {"lyrBuild", kNothing,
+         [](P& p) {
+             for (const KLyrPropertyHandle& lHandle : Nowhere(p)) {
+                 EXPECT_EQ(lyrBuild(lHandle, "x", 1.0).GetFailure(), eLyrBuildAdd);
+                 EXPECT_EQ(lyrBuild(lHandle, "x", Here(p, 0)).GetFailure(), eLyrBuildAdd);
+             }
+             EXPECT_EQ(lyrBuild(Here(p, 0), "x", KLyrPropertyHandle()).GetFailure(), eLyrBuildAdd);
+         }},
+        {"KLyrPropertyBuilder::KLyrPropertyBuilder", kNothing,
+         [](P&) { EXPECT_EQ(KLyrPropertyBuilder(KLyrPropertyHandle()).GetFailure(), eLyrBuildAdd); }},
+        {"KLyrPropertyBuilder::GetFailure", kNothing,
+         [](P& p) {
+             KLyrPropertyBuilder lGone(Here(p, 1000));
+             EXPECT_EQ(lGone.UserTag(1).GetFailure(), eLyrBuildUserTag);
+             EXPECT_EQ(lGone.Label("x").GetFailure(), eLyrBuildUserTag) << "the first one";
+         }},
+    });
+}
+
+TEST(HostileKit, Building) {
+    using B = KLyrPropertyBuilder;
+    const auto lExpectFailure = [](P& p, ELyrBuildStep pStep, B& (*pBuild)(B&)) {
+        for (B lBuilder : {B(Here(p, 1000)), lyrBuild(Here(p, 0), "x", eREFERENCE)})
+            EXPECT_EQ(pBuild(lBuilder).GetFailure(), pStep);
+        B lNothing{KLyrPropertyHandle()};
+        EXPECT_EQ(pBuild(lNothing).GetFailure(), eLyrBuildAdd);
+    };
+    const std::vector<std::string> lReports = {kVoidReference};
+    MakeHostileCalls<P>({
+        {"KLyrPropertyBuilder::Default", kNothing,
+         [&](P& p) { lExpectFailure(p, eLyrBuildDefault, [](B& pB) -> B& { return pB.Default(1.0); }); }, lReports},
+        {"KLyrPropertyBuilder::Min", kNothing,
+         [&](P& p) { lExpectFailure(p, eLyrBuildMin, [](B& pB) -> B& { return pB.Min(1.0); }); }, lReports},
+        {"KLyrPropertyBuilder::Max", kNothing,
+         [&](P& p) { lExpectFailure(p, eLyrBuildMax, [](B& pB) -> B& { return pB.Max(1.0); }); }, lReports},
+        {"KLyrPropertyBuilder::SoftMin", kNothing,
+         [&](P& p) { lExpectFailure(p, eLyrBuildSoftMin, [](B& pB) -> B& { return pB.SoftMin(1.0); }); }, lReports},
+        {"KLyrPropertyBuilder::SoftMax", kNothing,
+         [&](P& p) { lExpectFailure(p, eLyrBuildSoftMax, [](B& pB) -> B& { return pB.SoftMax(1.0); }); }, lReports},
+        {"KLyrPropertyBuilder::Limits", kNothing,
+         [&](P& p) { lExpectFailure(p, eLyrBuildMin, [](B& pB) -> B& { return pB.Limits(0, 1); }); }, lReports},
+        {"KLyrPropertyBuilder::SoftLimits", kNothing,
+         [&](P& p) { lExpectFailure(p, eLyrBuildSoftMin, [](B& pB) -> B& { return pB.SoftLimits(0, 1); }); }, lReports},
+        {"KLyrPropertyBuilder::EnumTexts", kNothing,
+         [&](P& p) {
+             lExpectFailure(p, eLyrBuildEnumTexts, [](B& pB) -> B& { return pB.EnumTexts({nullptr, "a"}); });
+         }},
+        {"KLyrPropertyBuilder::Label", kSome,
+         [&](P& p) {
+             WithHostileTexts([&p](const char* pText) {
+                 const KLyrPropertyHandle lHandle = B(Here(p, P::kChild)).Label(pText).GetHandle();
+                 EXPECT_EQ(lHandle.GetLabel(), TextOrEmpty(pText));
+             });
+             EXPECT_EQ(B(Here(p, 1000)).Label("x").GetFailure(), eLyrBuildLabel);
+         }},
+        {"KLyrPropertyBuilder::UserTag", kNothing,
+         [&](P& p) { EXPECT_EQ(B(Here(p, 1000)).UserTag(INT_MIN).GetFailure(), eLyrBuildUserTag); }},
+        {"KLyrPropertyBuilder::UserData", kNothing,
+         [&](P& p) { EXPECT_EQ(B(Here(p, 1000)).UserData(nullptr).GetFailure(), eLyrBuildUserData); }},
+        {"KLyrPropertyBuilder::Flags", kNothing,
+         [&](P& p) {
+             for (unsigned lBits : kHostileFlags) {
+                 B lBuilder = lyrBuild(Here(p, 0), "x", 1.0);
+                 const bool lDefined = (lBits & ~0x7FFFu) == 0;
+                 EXPECT_EQ(lBuilder.Flags(HostileFlagsOf(lBits)).GetFailure(),
+                           lDefined ? eLyrBuildDone : eLyrBuildFlags);
+                 lBuilder.GetHandle().Destroy();
+             }
+         }},
+        {"KLyrPropertyBuilder::GetHandle", kNothing,
+         [&](P&) { EXPECT_EQ(B(KLyrPropertyHandle()).GetHandle(), KLyrPropertyHandle()); }},
+        {"KLyrPropertyBuilder::operator KLyrPropertyHandle", kNothing,
+         [&](P&) { EXPECT_EQ(KLyrPropertyHandle(B(KLyrPropertyHandle())), KLyrPropertyHandle()); }},
+        {"KLyrPropertyBuilder::Into", kNothing,
+         [&](P& p) {
+             KLyrPropertyHandle lHandle = Here(p, 0);
+             EXPECT_EQ(B(KLyrPropertyHandle()).Into(lHandle), eLyrBuildAdd);
+             EXPECT_EQ(lHandle, KLyrPropertyHandle());
+         }},
+    });
+}
+
 }  // namespace
 }  // namespace lyrsdk
