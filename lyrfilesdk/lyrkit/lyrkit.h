@@ -4,6 +4,7 @@
 // below; a program that wants only those need not include it.
 
 #include "lyrfilesdk/lyrkit/klyrconversionverdict.h"
+#include "lyrfilesdk/lyrkit/klyrpropertyranges.h"
 #include "lyrfilesdk/lyrkit/klyrtypedaccess.h"
 #include "lyrfilesdk/lyrkit/klyrtypedadd.h"
 #include "lyrfilesdk/lyrkit/klyrtypename.h"

@@ -223,5 +223,61 @@ TEST(HostileKit, Building) {
     });
 }
 
+// --- ranges ----------------------------------------------------------------------------------------------------------
+
+using H = KLyrPropertyHandle;
+
+template <typename Range>
+void ExpectEmpty(const P& pPages, Range pRange) {
+    for (const H& lHandle : Nowhere(pPages)) {
+        for (const H& lMet : pRange(lHandle))
+            ADD_FAILURE() << lMet.GetId();
+        EXPECT_TRUE(pRange(lHandle).IsEmpty());
+    }
+}
+
+TEST(HostileKit, Ranges) {
+    MakeHostileCalls<P>({
+        {"lyrChildren", kNothing, [](P& p) { ExpectEmpty(p, [](const H& pHandle) { return lyrChildren(pHandle); }); }},
+        {"lyrDescendents", kNothing,
+         [](P& p) { ExpectEmpty(p, [](const H& pHandle) { return lyrDescendents(pHandle); }); }},
+        {"lyrAncestors", kNothing,
+         [](P& p) { ExpectEmpty(p, [](const H& pHandle) { return lyrAncestors(pHandle); }); }},
+        {"lyrInstances", kNothing,
+         [](P& p) { ExpectEmpty(p, [](const H& pHandle) { return lyrInstances(pHandle); }); }},
+        {"lyrAllInstances", kNothing,
+         [](P& p) { ExpectEmpty(p, [](const H& pHandle) { return lyrAllInstances(pHandle); }); }},
+        {"lyrSources", kNothing, [](P& p) { ExpectEmpty(p, [](const H& pHandle) { return lyrSources(pHandle); }); }},
+        {"lyrDestinations", kNothing,
+         [](P& p) { ExpectEmpty(p, [](const H& pHandle) { return lyrDestinations(pHandle); }); }},
+        {"lyrProperties", kNothing, [](P&) { EXPECT_TRUE(lyrProperties(H()).IsEmpty()); }},
+        {"lyrOwnProperties", kNothing, [](P&) { EXPECT_TRUE(lyrOwnProperties(H()).IsEmpty()); }},
+        {"KLyrHandleRange::KLyrHandleRange", kNothing,
+         [](P&) { EXPECT_TRUE(KLyrHandleRange<detail::ChildWalk>(detail::ChildWalk(H())).IsEmpty()); }},
+        {"KLyrHandleRange::begin", kNothing, [](P&) { EXPECT_FALSE(lyrChildren(H()).begin()->Valid()); }},
+        {"KLyrHandleRange::end", kNothing, [](P& p) { EXPECT_FALSE(lyrChildren(Here(p, 0)).end()->Valid()); }},
+        {"KLyrHandleRange::IsEmpty", kNothing, [](P& p) { EXPECT_FALSE(lyrChildren(Here(p, 0)).IsEmpty()); }},
+        {"KLyrHandleRange::Iterator::Iterator", kNothing,
+         [](P& p) {
+             const KLyrHandleRange<detail::ChildWalk>::Iterator lEnd(detail::ChildWalk(Here(p, 0)), true);
+             EXPECT_FALSE(lEnd->Valid());
+         }},
+        {"KLyrHandleRange::Iterator::operator*", kNothing,
+         [](P&) { EXPECT_EQ(*lyrChildren(H()).end(), H()) << "though it is not to be used"; }},
+        {"KLyrHandleRange::Iterator::operator->", kNothing,
+         [](P&) { EXPECT_EQ(lyrChildren(H()).end()->GetId(), -1) << "though it is not to be used"; }},
+        {"KLyrHandleRange::Iterator::operator++", kNothing,
+         [](P& p) {
+             auto lEnd = lyrSources(Here(p, 0)).end();
+             EXPECT_TRUE(++lEnd == lyrSources(Here(p, 0)).end());
+             EXPECT_TRUE(lEnd++ == lyrSources(Here(p, 0)).end());
+         }},
+        {"KLyrHandleRange::Iterator::operator==", kNothing,
+         [](P& p) { EXPECT_TRUE(lyrChildren(H()).end() == lyrChildren(Here(p, 0)).end()); }},
+        {"KLyrHandleRange::Iterator::operator!=", kNothing,
+         [](P& p) { EXPECT_FALSE(lyrChildren(H()).end() != lyrChildren(Here(p, 0)).end()); }},
+    });
+}
+
 }  // namespace
 }  // namespace lyrsdk
