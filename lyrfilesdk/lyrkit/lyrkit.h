@@ -4,6 +4,8 @@
 // below; a program that wants only those need not include it.
 
 #include "lyrfilesdk/lyrkit/klyrconversionverdict.h"
+#include "lyrfilesdk/lyrkit/klyrenumeration.h"
+#include "lyrfilesdk/lyrkit/klyrlimits.h"
 #include "lyrfilesdk/lyrkit/klyrpropertyranges.h"
 #include "lyrfilesdk/lyrkit/klyrtypedaccess.h"
 #include "lyrfilesdk/lyrkit/klyrtypedadd.h"

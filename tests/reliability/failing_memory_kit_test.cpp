@@ -60,10 +60,17 @@ const Operation<S> kAddingOperations[] = {
      Refused::eLeavesOutIds},
 };
 
+const Operation<S> kEnumOperations[] = {
+    {"InsertsAnEnumText", [](S& p) { return Answer(lyrInsertEnumText(p.Below(S::eChoice), 0, kLongText)); }, "-1"},
+    {"PinsAnEnumText", [](S& p) { return ResultOf(lyrSetEnumText(p.Below(S::eChoice), "zero", eLyrSetPin)); },
+     "refused"},
+};
+
 class FailingMemoryKit : public testing::TestWithParam<Operation<S>> {};
 TEST_P(FailingMemoryKit, DoesAllOrKeepsWhatWasStored) {
     ExpectDoneOrRefused(GetParam());
 }
+INSTANTIATE_TEST_SUITE_P(Enum, FailingMemoryKit, testing::ValuesIn(kEnumOperations), NameOfOperation());
 INSTANTIATE_TEST_SUITE_P(Adding, FailingMemoryKit, testing::ValuesIn(kAddingOperations), NameOfOperation());
 INSTANTIATE_TEST_SUITE_P(Typed, FailingMemoryKit, testing::ValuesIn(kTypedOperations), NameOfOperation());
 

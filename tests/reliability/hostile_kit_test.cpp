@@ -279,5 +279,110 @@ TEST(HostileKit, Ranges) {
     });
 }
 
+// --- enumerations and limits -----------------------------------------------------------------------------------------
+
+// Handles that are no enumeration.
+std::vector<H> NoEnumerations(const P& pPages) {
+    std::vector<H> lHandles = Nowhere(pPages);
+    for (int lId : {0, P::kChild, P::kPart, P::kText})
+        lHandles.push_back(Below(pPages, lId));
+    return lHandles;
+}
+
+TEST(HostileKit, Enumerations) {
+    MakeHostileCalls<P>({
+        {"lyrFindEnumIndex", kNothing,
+         [](P& p) {
+             for (const H& lHandle : NoEnumerations(p))
+                 EXPECT_EQ(lyrFindEnumIndex(lHandle, "zero text"), -1);
+             for (const std::string& lText : HostileTexts())
+                 EXPECT_EQ(lyrFindEnumIndex(Here(p, P::kEnum), lText), -1);
+             EXPECT_EQ(lyrFindEnumIndex(Here(p, P::kEnum), std::string_view("zero text\0", 10)), -1);
+         }},
+        {"lyrGetEnumText", kNothing,
+         [](P& p) {
+             for (const H& lHandle : NoEnumerations(p))
+                 EXPECT_EQ(lyrGetEnumText(lHandle), nullptr);
+         }},
+        {"lyrGetEnumText", kSome,
+         [](P& p) {
+             for (int lIndex : kHostileInts) {
+                 lyrSet(Here(p, P::kEnum), lIndex);
+                 EXPECT_EQ(lyrGetEnumText(Here(p, P::kEnum)) != nullptr, lIndex == 0 || lIndex == 1);
+             }
+         }},
+        {"lyrSetEnumText", kNothing,
+         [](P& p) {
+             for (const H& lHandle : NoEnumerations(p))
+                 EXPECT_EQ(lyrSetEnumText(lHandle, "zero text"), eLyrSetRefused);
+             for (const std::string& lText : HostileTexts())
+                 EXPECT_EQ(lyrSetEnumText(Below(p, P::kEnum), lText, eLyrSetPin), eLyrSetRefused);
+             EXPECT_EQ(lyrSetEnumText(Below(p, P::kEnum), "one text", static_cast<ELyrSetMode>(9)), eLyrSetRefused);
+         }},
+        {"lyrInsertEnumText", kNothing,
+         [](P& p) {
+             for (const H& lHandle : NoEnumerations(p))
+                 EXPECT_EQ(lyrInsertEnumText(lHandle, 0, "new"), -1);
+             for (int lIndex : {INT_MIN, -1, 3, INT_MAX})
+                 EXPECT_EQ(lyrInsertEnumText(Here(p, P::kEnum), lIndex, "new"), -1);
+             EXPECT_EQ(lyrInsertEnumText(Here(p, P::kEnum), 0, "one text"), -1);
+         }},
+        {"lyrInsertEnumText", kSome,
+         [](P& p) {
+             EXPECT_EQ(lyrInsertEnumText(Here(p, P::kEnum), 0, nullptr), 1);
+             EXPECT_EQ(lyrInsertEnumText(Here(p, P::kEnum), 0, ""), -1) << "there already";
+         }},
+        {"lyrRemoveEnumText", kNothing,
+         [](P& p) {
+             for (const H& lHandle : NoEnumerations(p))
+                 EXPECT_EQ(lyrRemoveEnumText(lHandle, 0, 0), -1);
+             for (int lIndex : {INT_MIN, -1, 2, INT_MAX})
+                 EXPECT_EQ(lyrRemoveEnumText(Here(p, P::kEnum), lIndex, 0), -1);
+         }},
+        {"lyrRemoveEnumText", kSome,
+         [](P& p) {
+             EXPECT_EQ(lyrRemoveEnumText(Here(p, P::kEnum), 0, INT_MIN), 1);
+             EXPECT_EQ(lyrRemoveEnumText(Here(p, P::kEnum), 0, INT_MAX), 0) << "no value names it";
+         }},
+        {"lyrRemapEnum", kNothing,
+         [](P& p) {
+             for (const H& lHandle : NoEnumerations(p))
+                 EXPECT_EQ(lyrRemapEnum(lHandle, [](int) { return 1; }), -1);
+         }},
+    });
+}
+
+TEST(HostileKit, Limits) {
+    MakeHostileCalls<P>({
+        {"lyrValidate", kNothing,
+         [](P& p) {
+             for (const H& lHandle : Nowhere(p)) {
+                 EXPECT_EQ(lyrValidate(lHandle), eLyrLimitsRefused);
+                 EXPECT_EQ(lyrValidate(lHandle, 1.0), eLyrLimitsRefused);
+                 EXPECT_EQ(lyrValidate(lHandle, "1"), eLyrLimitsRefused);
+             }
+             for (int lLimits : {INT_MIN, -1, 0, 4, INT_MAX})
+                 EXPECT_EQ(lyrValidate(Here(p, P::kChild), 1.0, static_cast<ELyrLimits>(lLimits)), eLyrLimitsRefused);
+             EXPECT_EQ(lyrValidate(Here(p, P::kChild), nullptr, eDOUBLE1), eLyrLimitsRefused);
+             const double lMemory[16] = {};
+             for (int lCode : kNoCodes)
+                 EXPECT_EQ(lyrValidate(Here(p, P::kChild), lMemory, static_cast<ELyrType>(lCode)), eLyrLimitsRefused);
+             WithHostileTexts(
+                 [&p](const char* pText) { EXPECT_EQ(lyrValidate(Here(p, P::kChild), pText), eLyrLimitsRefused); });
+         }},
+        {"lyrClamp", kNothing,
+         [](P& p) {
+             for (const H& lHandle : Nowhere(p))
+                 EXPECT_FALSE(lyrClamp(lHandle, 1.0));
+             for (int lLimits : {INT_MIN, -1, 0, 4, INT_MAX})
+                 EXPECT_FALSE(lyrClamp(Here(p, P::kChild), 1.0, static_cast<ELyrLimits>(lLimits)));
+             EXPECT_FALSE(lyrClamp(Here(p, P::kChild), nullptr, eDOUBLE1));
+             double lMemory[16] = {};
+             for (int lCode : kNoCodes)
+                 EXPECT_FALSE(lyrClamp(Here(p, P::kChild), lMemory, static_cast<ELyrType>(lCode)));
+         }},
+    });
+}
+
 }  // namespace
 }  // namespace lyrsdk

@@ -1,0 +1,232 @@
+#include "lyrfilesdk/lyrkit/klyrlimits.h"
+
+#include <gtest/gtest.h>
+
+#include <cfloat>
+#include <climits>
+#include <cmath>
+#include <limits>
+#include <string>
+
+#include "lyrfilesdk/lyrkit/klyrtypedadd.h"
+#include "tests/support/handle_pages.h"
+#include "tests/support/memory_probe.h"
+
+namespace lyrsdk {
+namespace {
+
+using H = KLyrPropertyHandle;
+
+const double kNan = std::numeric_limits<double>::quiet_NaN();
+const double kInfinity = std::numeric_limits<double>::infinity();
+
+class Limits : public HandleTest {
+protected:
+    template <typename T, typename Min, typename Max>
+    H Bounded(const T& pValue, const Min& pMin, const Max& pMax) {
+        return lyrBuild(*mPage, "bounded", pValue).Limits(pMin, pMax);
+    }
+
+    OwnedRoot mPage{H::Create("page", eUNIDENTIFIED)};
+    H mPower = lyrBuild(*mPage, "power", 60.0).Limits(0.0, 150.0).SoftLimits(10.0, 100.0);
+};
+
+TEST_F(Limits, AreInclusiveAndHardBeforeSoft) {
+    EXPECT_EQ(lyrValidate(mPower, 0.0, eLyrHardLimits), eLyrWithinLimits);
+    EXPECT_EQ(lyrValidate(mPower, 150.0, eLyrHardLimits), eLyrWithinLimits);
+    EXPECT_EQ(lyrValidate(mPower, -1), eLyrBelowMin);
+    EXPECT_EQ(lyrValidate(mPower, 151u), eLyrAboveMax);
+    EXPECT_EQ(lyrValidate(mPower, 9.5f), eLyrBelowSoftMin);
+    EXPECT_EQ(lyrValidate(mPower, "101"), eLyrAboveSoftMax);
+    EXPECT_EQ(lyrValidate(mPower, 10), eLyrWithinLimits);
+    EXPECT_EQ(lyrValidate(mPower, 151, eLyrSoftLimits), eLyrAboveSoftMax);
+    EXPECT_EQ(lyrValidate(mPower, kInfinity), eLyrAboveMax);
+    EXPECT_EQ(lyrValidate(mPower, -kInfinity), eLyrBelowMin);
+}
+
+TEST_F(Limits, AreHeldAgainstTheValueShown) {
+    EXPECT_EQ(lyrValidate(mPower), eLyrWithinLimits);
+    OwnedRoot lInstance(H::Create(*mPage));
+    lyrSet(mPower, 500.0);
+    EXPECT_EQ(lyrValidate(On(*lInstance, mPower)), eLyrAboveMax);
+    lyrSet(On(*lInstance, mPower), 5.0);
+    EXPECT_EQ(lyrValidate(On(*lInstance, mPower)), eLyrBelowSoftMin);
+    EXPECT_EQ(lyrValidate(On(*lInstance, mPower), eLyrHardLimits), eLyrWithinLimits);
+    EXPECT_EQ(lyrValidate(*mPage), eLyrLimitsRefused) << "has no value";
+    EXPECT_EQ(lyrValidate(lyrAdd(*mPage, "text", "any")), eLyrWithinLimits) << "has no limits";
+}
+
+TEST_F(Limits, ThatAreMissingAreNone) {
+    const H lFree = lyrAdd(*mPage, "free", 1.0);
+    EXPECT_EQ(lyrValidate(lFree, DBL_MAX), eLyrWithinLimits);
+    EXPECT_EQ(lyrValidate(lFree, kNan), eLyrWithinLimits);
+    EXPECT_TRUE(std::isnan(lyrClamp(lFree, kNan).value()));
+    const H lFromBelow = lyrBuild(*mPage, "from below", 1.0).Min(0.0);
+    EXPECT_EQ(lyrValidate(lFromBelow, DBL_MAX), eLyrWithinLimits);
+    EXPECT_EQ(lyrValidate(lFromBelow, -1), eLyrBelowMin);
+    EXPECT_EQ(lyrValidate(lyrBuild(*mPage, "nan", 1.0).Limits(kNan, kNan), 5), eLyrWithinLimits);
+}
+
+TEST_F(Limits, RefuseWhatIsNotANumber) {
+    EXPECT_EQ(lyrValidate(mPower, kNan), eLyrIsNotANumber);
+    EXPECT_EQ(lyrValidate(mPower, static_cast<float>(kNan)), eLyrIsNotANumber);
+    EXPECT_EQ(lyrValidate(mPower, lyrHalfFloat::FromBits(0x7FFF)), eLyrIsNotANumber);
+    EXPECT_EQ(lyrClamp(mPower, kNan), std::nullopt);
+}
+
+TEST_F(Limits, AreComparedBeforeTheValueIsConverted) {
+    const H lByte = Bounded(static_cast<unsigned char>(0), 0, 255);
+    EXPECT_EQ(lyrValidate(lByte, 300), eLyrAboveMax);
+    EXPECT_EQ(lyrValidate(lByte, -1), eLyrBelowMin);
+    EXPECT_EQ(lyrClamp(lByte, 300), 255);
+    const H lWide = Bounded(0ull, 0, 18446744073709551614ull);
+    EXPECT_EQ(lyrValidate(lWide, ULLONG_MAX), eLyrAboveMax);
+    EXPECT_EQ(lyrValidate(lWide, ULLONG_MAX - 1), eLyrWithinLimits);
+    EXPECT_EQ(lyrValidate(lWide, -1ll), eLyrBelowMin);
+    EXPECT_EQ(lyrValidate(lWide, 18446744073709551616.0), eLyrAboveMax);
+    const H lExact = Bounded(0.0, 0, 9007199254740992.0);
+    EXPECT_EQ(lyrValidate(lExact, 9007199254740993ll), eLyrAboveMax) << "one more than a double tells apart";
+}
+
+TEST_F(Limits, ClampToTheNearestValueInside) {
+    EXPECT_EQ(lyrClamp(mPower, 200.0), 150.0);
+    EXPECT_EQ(lyrClamp(mPower, -kInfinity), 0.0);
+    EXPECT_EQ(lyrClamp(mPower, 60), 60);
+    EXPECT_EQ(lyrClamp(mPower, 5, eLyrAllLimits), 10);
+    EXPECT_EQ(lyrClamp(mPower, 5.0, eLyrSoftLimits), 10.0);
+    EXPECT_EQ(lyrClamp(mPower, 500.0f, eLyrAllLimits), 100.0f);
+    EXPECT_EQ(lyrClamp(mPower, true, eLyrHardLimits), true);
+    EXPECT_EQ(lyrClamp(mPower, static_cast<std::int8_t>(-7)), static_cast<std::int8_t>(0));
+}
+
+TEST_F(Limits, ClampToAValueOfTheType) {
+    const H lBetween = Bounded(0.0, 0.5, 2.7);
+    EXPECT_EQ(lyrClamp(lBetween, 0), 1);
+    EXPECT_EQ(lyrClamp(lBetween, 5), 2);
+    EXPECT_EQ(lyrClamp(Bounded(0.0, -2.7, -0.5), 0u), std::nullopt) << "nothing unsigned is inside";
+    EXPECT_EQ(lyrClamp(Bounded(0.0, 0.2, 0.8), 5), std::nullopt) << "no integer is inside";
+    const H lTenth = Bounded(0.0, 0.1, 0.7);
+    EXPECT_GE(static_cast<double>(lyrClamp(lTenth, 0.0f).value()), 0.1);
+    EXPECT_LE(static_cast<double>(lyrClamp(lTenth, 1.0f).value()), 0.7);
+    EXPECT_EQ(lyrClamp(Bounded(0.0, 0.0, 0.1), 1.0f), std::nextafter(0.1f, 0.0f));
+    EXPECT_EQ(lyrClamp(Bounded(0.0, 1e300, 1e301), 1.0f), std::nullopt) << "no float is inside";
+    EXPECT_EQ(lyrClamp(Bounded(0.0, -1e301, 1e300), 1.0f), 1.0f);
+    EXPECT_EQ(lyrClamp(Bounded(0.0, 0, 1e10), INT_MIN), 0);
+    EXPECT_EQ(lyrClamp(Bounded(0.0, 1e10, 2e10), 5), std::nullopt);
+}
+
+TEST_F(Limits, ClampHalfFloatsToTheirNeighbours) {
+    for (const double lMin : {0.1, 1e-9, 1e-5, 65000.0, -0.3, -1e-9}) {
+        const H lProperty = lyrBuild(*mPage, "half", 0.0).Min(lMin);
+        const lyrHalfFloat lHalf = lyrClamp(lProperty, lyrHalfFloat(-60000.0f)).value();
+        EXPECT_GE(static_cast<double>(lHalf.value()), lMin);
+        const int lBits = lHalf.bits();
+        const int lBelow = lBits == 0 ? 0x8001 : (lBits & 0x8000) != 0 ? lBits + 1 : lBits - 1;
+        EXPECT_LT(static_cast<double>(lyrHalfFloat::FromBits(static_cast<unsigned short>(lBelow)).value()), lMin);
+    }
+    const H lBelow = lyrBuild(*mPage, "half", 0.0).Max(0.1);
+    EXPECT_EQ(lyrClamp(lBelow, lyrHalfFloat(1.0f)).value().bits(), 0x2E66);
+}
+
+TEST_F(Limits, OfAVectorCountElementByElement) {
+    const H lVector = Bounded(lyrDouble3(), lyrDouble3{{0, -1, 10}}, lyrDouble3{{1, 1, 20}});
+    EXPECT_EQ(lyrValidate(lVector, lyrDouble3{{1, -1, 15}}), eLyrWithinLimits);
+    EXPECT_EQ(lyrValidate(lVector, lyrDouble3{{1, -1, 21}}), eLyrAboveMax);
+    EXPECT_EQ(lyrValidate(lVector, lyrDouble3{{0, -2, 21}}), eLyrBelowMin) << "the first element's";
+    EXPECT_TRUE(lyrClamp(lVector, lyrDouble3{{5, -5, 15}}) == (lyrDouble3{{1, -1, 15}}));
+    EXPECT_EQ(lyrClamp(lVector, std::array<double, 3>{-5, 0, 25}), (std::array<double, 3>{0, 0, 20}));
+    EXPECT_EQ(lyrValidate(lVector, lyrDouble3{{0, kNan, 15}}), eLyrIsNotANumber);
+    EXPECT_EQ(lyrClamp(lVector, lyrDouble3{{-5, kNan, 15}}), std::nullopt);
+    EXPECT_TRUE(lyrClamp(lVector, lyrDouble4{{-5, 0, 15, 1000}}) == (lyrDouble4{{0, 0, 15, 1000}}))
+        << "the last element would not be stored";
+}
+
+TEST_F(Limits, OfAMatrixCountElementByElement) {
+    std::array<double, 16> lMin{};
+    std::array<double, 16> lMax{};
+    for (std::size_t i = 0; i < 16; ++i)
+        lMax[i] = static_cast<double>(i);
+    const H lMatrix = Bounded(lMin, lMin, lMax);
+    std::array<double, 16> lValue{};
+    lValue.fill(7);
+    lValue[15] = -1;
+    EXPECT_EQ(lyrValidate(lMatrix, lMax), eLyrWithinLimits);
+    EXPECT_EQ(lyrValidate(lMatrix, lValue), eLyrAboveMax);
+    const std::array<double, 16> lInside = lyrClamp(lMatrix, lValue).value();
+    for (std::size_t i = 0; i < 15; ++i)
+        EXPECT_EQ(lInside[i], std::min(lMax[i], 7.0));
+    EXPECT_EQ(lInside[15], 0);
+}
+
+TEST_F(Limits, CountAsFarAsAValueIsStored) {
+    const H lVector = Bounded(lyrDouble2(), lyrDouble2{{0, 5}}, lyrDouble2{{10, 20}});
+    EXPECT_EQ(lyrValidate(lVector, 4), eLyrBelowMin) << "fills both elements";
+    EXPECT_EQ(lyrClamp(lVector, 4), 5);
+    EXPECT_EQ(lyrClamp(lVector, 30), 10);
+    EXPECT_EQ(lyrValidate(mPower, lyrDouble2{{50, 1000}}), eLyrWithinLimits) << "only the first element is stored";
+    EXPECT_TRUE(lyrClamp(mPower, lyrDouble2{{500, 1000}}) == (lyrDouble2{{150, 1000}}));
+    EXPECT_EQ(lyrValidate(lVector, lyrDouble3()), eLyrLimitsRefused) << "the pair is refused";
+    const H lFour = Bounded(lyrDouble4(), lyrDouble4{{1, 1, 1, 1}}, lyrDouble4{{2, 2, 2, 2}});
+    EXPECT_EQ(lyrValidate(lFour, lyrDouble3{{1, 1, 1}}), eLyrWithinLimits) << "the last element stays as it is";
+}
+
+TEST_F(Limits, OfTimesDistancesAndDatesCount) {
+    const H lTime = Bounded(KTime(), KTime(LLONG_MIN + 1), KTime(LLONG_MAX - 1));
+    EXPECT_EQ(lyrValidate(lTime, KTime(LLONG_MAX)), eLyrAboveMax);
+    EXPECT_EQ(lyrClamp(lTime, KTime(LLONG_MIN))->Get(), LLONG_MIN + 1);
+    const lyrDistance lFoot(1, KLyrSystemUnit::Foot);
+    const H lDistance = Bounded(lyrDistance(), lyrDistance(1, KLyrSystemUnit::cm), lFoot);
+    EXPECT_EQ(lyrValidate(lDistance, lyrDistance(13, KLyrSystemUnit::Inch)), eLyrAboveMax);
+    EXPECT_EQ(lyrValidate(lDistance, lyrDistance(11, KLyrSystemUnit::Inch)), eLyrWithinLimits);
+    EXPECT_TRUE(lyrClamp(lDistance, lyrDistance(13, KLyrSystemUnit::Inch)) == lFoot) << "the limit in its own unit";
+    lyrDateTime lEarly, lLate, lLater;
+    lEarly.Set(2024, 1, 31, 23, 59, 59, 999);
+    lLate.Set(2024, 2, 1);
+    lLater.Set(2024, 2, 1, 0, 0, 0, 1);
+    const H lDate = Bounded(lyrDateTime(), lEarly, lLate);
+    EXPECT_EQ(lyrValidate(lDate, lEarly), eLyrWithinLimits);
+    EXPECT_EQ(lyrValidate(lDate, lLater), eLyrAboveMax);
+    EXPECT_TRUE(lyrClamp(lDate, lLater) == lLate);
+    EXPECT_EQ(lyrValidate(lDate, "2023-12-31T00:00"), eLyrBelowMin);
+}
+
+TEST_F(Limits, OfConvertedValuesCountButDoNotClamp) {
+    KTime lTime;
+    lTime.SetSecondDouble(200);
+    EXPECT_EQ(lyrValidate(mPower, lTime), eLyrAboveMax) << "200 seconds";
+    EXPECT_EQ(lyrClamp(mPower, lTime), std::nullopt);
+    lTime.SetSecondDouble(100);
+    EXPECT_EQ(lyrClamp(mPower, lTime)->GetSecondDouble(), 100);
+    EXPECT_EQ(lyrValidate(mPower, "no number"), eLyrLimitsRefused);
+}
+
+TEST_F(Limits, OfWhatHasNoOrderRefuse) {
+    const H lText = Bounded("m", "a", "z");
+    EXPECT_EQ(lyrValidate(lText, "b"), eLyrLimitsRefused);
+    EXPECT_EQ(lyrValidate(lText), eLyrLimitsRefused);
+    EXPECT_EQ(lyrValidate(lText, "b", eLyrSoftLimits), eLyrWithinLimits) << "there is no soft one";
+    EXPECT_EQ(lyrClamp(lText, KString("b")), std::nullopt);
+    EXPECT_EQ(lyrValidate(mPower, lyrBlob()), eLyrLimitsRefused) << "the pair is refused, without a report";
+}
+
+TEST_F(Limits, ThatContradictGoToTheMaximum) {
+    const H lProperty = Bounded(0.0, 3.0, 2.0);
+    EXPECT_EQ(lyrValidate(lProperty, 2.5), eLyrAboveMax);
+    EXPECT_EQ(lyrClamp(lProperty, 1.0), 2.0);
+    EXPECT_EQ(lyrClamp(lProperty, 5.0), 2.0);
+    const H lApart = lyrBuild(*mPage, "apart", 0.0).Limits(20, 30).SoftLimits(0, 10);
+    EXPECT_EQ(lyrClamp(lApart, 50.0, eLyrAllLimits), 20.0) << "the hard ones come last";
+}
+
+TEST_F(Limits, TakeNoMemory) {
+    const H lMatrix = Bounded(lyrDouble44(), lyrDouble44(), lyrDouble44());
+    const std::size_t lBefore = MemoryProbe::Allocations();
+    EXPECT_EQ(lyrValidate(mPower, "101"), eLyrAboveSoftMax);
+    EXPECT_EQ(lyrClamp(mPower, 200.0), 150.0);
+    EXPECT_TRUE(lyrClamp(lMatrix, std::array<double, 16>{5}));
+    EXPECT_EQ(lyrValidate(mPower), eLyrWithinLimits);
+    EXPECT_EQ(MemoryProbe::Allocations(), lBefore);
+}
+
+}  // namespace
+}  // namespace lyrsdk
