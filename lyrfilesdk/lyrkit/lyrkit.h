@@ -3,6 +3,7 @@
 // The kit: typed access to properties and what is built on it. All of it stands on the public interface of the layers
 // below; a program that wants only those need not include it.
 
+#include "lyrfilesdk/lyrkit/klyrboundproperty.h"
 #include "lyrfilesdk/lyrkit/klyrconversionverdict.h"
 #include "lyrfilesdk/lyrkit/klyrenumeration.h"
 #include "lyrfilesdk/lyrkit/klyrlimits.h"

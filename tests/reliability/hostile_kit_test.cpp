@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 #include "lyrfilesdk/lyrkit/lyrkit.h"
 #include "tests/reliability/hostile_pages.h"
 
@@ -380,6 +382,61 @@ TEST(HostileKit, Limits) {
              double lMemory[16] = {};
              for (int lCode : kNoCodes)
                  EXPECT_FALSE(lyrClamp(Here(p, P::kChild), lMemory, static_cast<ELyrType>(lCode)));
+         }},
+    });
+}
+
+// --- bound properties ------------------------------------------------------------------------------------------------
+
+TEST(HostileKit, BoundProperties) {
+    using B = KLyrBoundProperty;
+    MakeHostileCalls<P>({
+        {"KLyrBoundProperty::KLyrBoundProperty", kNothing,
+         [](P& p) {
+             for (const H& lHandle : Nowhere(p)) {
+                 EXPECT_FALSE(B(lHandle).IsBound());
+                 EXPECT_FALSE(B(lHandle, "child").IsBound());
+                 EXPECT_FALSE(B(B(lHandle)).IsBound());
+             }
+             WithHostileTexts([&p](const char* pText) {
+                 EXPECT_FALSE(B(Here(p, 0), pText).IsBound());
+                 EXPECT_EQ(B(Here(p, 0), "child", pText).IsBound(), !pText || !std::strpbrk("child", pText));
+             });
+         }},
+        {"KLyrBoundProperty::operator=", kNothing,
+         [](P& p) {
+             B lBound(Here(p, 0));
+             const B& lSame = lBound;
+             lBound = lSame;
+             EXPECT_TRUE(lBound.IsBound());
+             lBound = B();
+             EXPECT_FALSE(lBound.IsBound());
+         }},
+        {"KLyrBoundProperty::IsBound", kNothing, [](P&) { EXPECT_FALSE(B().IsBound()); }},
+        {"KLyrBoundProperty::GetId", kNothing, [](P&) { EXPECT_EQ(B().GetId(), -1); }},
+        {"KLyrBoundProperty::GetState", kNothing,
+         [](P& p) {
+             const B lBound(Here(p, P::kChild));
+             for (const H& lHandle : Nowhere(p)) {
+                 EXPECT_EQ(B().GetState(lHandle), eLyrBoundToNothing);
+                 EXPECT_EQ(lBound.GetState(lHandle), lHandle.GetPage() ? eLyrBoundHere : eLyrBoundElsewhere);
+             }
+         }},
+        {"KLyrBoundProperty::On", kNothing,
+         [](P& p) {
+             EXPECT_EQ(B().On(Here(p, 0)), H());
+             EXPECT_EQ(B(Here(p, P::kChild)).On(H()), H());
+         }},
+        {"KLyrBoundProperty::Get", kNothing,
+         [](P& p) {
+             EXPECT_FALSE(B().Get<double>(Here(p, 0)));
+             EXPECT_FALSE(B(Here(p, P::kChild)).Get<double>(H()));
+         }},
+        {"KLyrBoundProperty::Set", kNothing,
+         [](P& p) {
+             EXPECT_EQ(B().Set(Here(p, 0), 1.0), eLyrSetRefused);
+             EXPECT_EQ(B(Here(p, P::kChild)).Set(H(), 1.0), eLyrSetRefused);
+             EXPECT_EQ(B(Here(p, P::kChild)).Set(Here(p, 0), 1.0, static_cast<ELyrSetMode>(7)), eLyrSetRefused);
          }},
     });
 }
