@@ -1,6 +1,7 @@
 #include "lyrfilesdk/lyrkit/klyrtypedadd.h"
 
 #include "lyrfilesdk/lyrcore/klyrpropertypage.h"
+#include "lyrfilesdk/lyrkit/klyrenumeration.h"
 
 namespace lyrsdk {
 namespace {
@@ -27,6 +28,10 @@ KLyrPropertyBuilder lyrBuild(const KLyrPropertyHandle& pParent, const char* pNam
         return KLyrPropertyBuilder(KLyrPropertyHandle());
     KLyrPropertyHandle lParent = pParent;
     return KLyrPropertyBuilder(lParent.Add(pName, pTypeInfo));
+}
+
+KLyrPropertyBuilder& KLyrPropertyBuilder::DefaultText(std::string_view pText) {
+    return Check(eLyrBuildDefault, lyrSetEnumText(mHandle, pText, eLyrSetPin) == eLyrSetWritten);
 }
 
 KLyrPropertyBuilder& KLyrPropertyBuilder::EnumTexts(std::initializer_list<const char*> pTexts) {

@@ -20,6 +20,7 @@
 // that is dropped without asking for the handle leaves the property as it is by then.
 
 #include <initializer_list>
+#include <string_view>
 
 #include "lyrfilesdk/components/kbaselib/klib/kapi.h"
 #include "lyrfilesdk/lyrcore/klyrpropertyhandle.h"
@@ -44,7 +45,7 @@ KLyrPropertyHandle lyrAdd(const KLyrPropertyHandle& pParent, const char* pName, 
 enum ELyrBuildStep : int {
     eLyrBuildDone = 0,  // none failed
     eLyrBuildAdd,       // no such parent, no memory, or no such value
-    eLyrBuildDefault,   // the value is not converted to the property's type, or no memory
+    eLyrBuildDefault,   // the value is not converted to the property's type, no such text, or no memory
     eLyrBuildMin,       // as eLyrBuildDefault
     eLyrBuildMax,
     eLyrBuildSoftMin,
@@ -72,6 +73,9 @@ public:
             return lyrSet(mHandle, pStored, pType, eLyrSetPin) == eLyrSetWritten;
         });
     }
+
+    // The index of one of the texts of an enumeration, as the value that it starts with.
+    KLyrPropertyBuilder& DefaultText(std::string_view pText);
 
     // Bounds. They are kept and given back; lyrValidate and lyrClamp hold values against them.
     template <typename T>

@@ -84,6 +84,7 @@ TEST_F(TypedAdd, BuildsAPropertyInOneExpression) {
     EXPECT_EQ(lyrGet<Choice>(lState), Choice::eOn);
     EXPECT_EQ(lState.GetEnumCount(), 2);
     EXPECT_STREQ(lState.GetEnumValue(1), "on");
+    EXPECT_EQ(lyrGet<Choice>(lyrBuild(*mPage, "Other", eENUM).EnumTexts({"off", "on"}).DefaultText("on")), Choice::eOn);
 }
 
 TEST_F(TypedAdd, BuildsATypedProperty) {
@@ -118,6 +119,7 @@ TEST_F(TypedAdd, LeavesNothingWhenAStepFails) {
     const lyrDouble4 lVector;
     ExpectFails(*mPage, *lType, eLyrBuildDefault, [&](B& p) -> B& { return p.Default(lVector); });
     ExpectFails(*mPage, *lType, eLyrBuildDefault, [](B& p) -> B& { return p.Default("no number"); });
+    ExpectFails(*mPage, *lType, eLyrBuildDefault, [](B& p) -> B& { return p.EnumTexts({"b"}).DefaultText("a"); });
     ExpectFails(*mPage, *lType, eLyrBuildMin, [&](B& p) -> B& { return p.Limits(lVector, 1); });
     ExpectFails(*mPage, *lType, eLyrBuildMax, [&](B& p) -> B& { return p.Limits(1, lVector); });
     ExpectFails(*mPage, *lType, eLyrBuildSoftMin, [&](B& p) -> B& { return p.SoftLimits("x", 1); });

@@ -40,7 +40,6 @@ const Operation<S> kAddingOperations[] = {
     {"Builds",
      [](S& p) {
          return Added(lyrBuild(p.Here(), "name", 5)
-                          .Default(kLongText[0])
                           .Limits(0, 10)
                           .SoftLimits("1", "9")
                           .Label(kLongText)
@@ -66,10 +65,29 @@ const Operation<S> kEnumOperations[] = {
      "refused"},
 };
 
+const std::string sgPath = std::string(300, 'p') + "/part";
+
+const Operation<S> kLookingOperations[] = {
+    {"BindsAPath", [](S& p) { return Answer(KLyrBoundProperty(p.Here(), sgPath.c_str()).IsBound()); }, "false",
+     Refused::eChangesNothing,
+     [](S& p) { lyrAdd(lyrAdd(p.Top(), sgPath.substr(0, 300).c_str(), eDOUBLE1), "part", 1); }},
+    {"WalksSourcesThroughAFilter", [](S& p) { return Answer(!lyrSources(p.Here(S::eNumber), &p.mFilter).IsEmpty()); },
+     "false"},
+    {"WalksDestinationsThroughAFilter",
+     [](S& p) {
+         int lCount = 0;
+         for ([[maybe_unused]] const KLyrPropertyHandle& lPeer : lyrDestinations(p.Peer(), &p.mFilter))
+             ++lCount;
+         return Answer(lCount);
+     },
+     "0"},
+};
+
 class FailingMemoryKit : public testing::TestWithParam<Operation<S>> {};
 TEST_P(FailingMemoryKit, DoesAllOrKeepsWhatWasStored) {
     ExpectDoneOrRefused(GetParam());
 }
+INSTANTIATE_TEST_SUITE_P(Looking, FailingMemoryKit, testing::ValuesIn(kLookingOperations), NameOfOperation());
 INSTANTIATE_TEST_SUITE_P(Enum, FailingMemoryKit, testing::ValuesIn(kEnumOperations), NameOfOperation());
 INSTANTIATE_TEST_SUITE_P(Adding, FailingMemoryKit, testing::ValuesIn(kAddingOperations), NameOfOperation());
 INSTANTIATE_TEST_SUITE_P(Typed, FailingMemoryKit, testing::ValuesIn(kTypedOperations), NameOfOperation());

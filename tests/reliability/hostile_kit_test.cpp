@@ -174,6 +174,8 @@ TEST(HostileKit, Building) {
     MakeHostileCalls<P>({
         {"KLyrPropertyBuilder::Default", kNothing,
          [&](P& p) { lExpectFailure(p, eLyrBuildDefault, [](B& pB) -> B& { return pB.Default(1.0); }); }, lReports},
+        {"KLyrPropertyBuilder::DefaultText", kNothing,
+         [&](P& p) { lExpectFailure(p, eLyrBuildDefault, [](B& pB) -> B& { return pB.DefaultText("zero text"); }); }},
         {"KLyrPropertyBuilder::Min", kNothing,
          [&](P& p) { lExpectFailure(p, eLyrBuildMin, [](B& pB) -> B& { return pB.Min(1.0); }); }, lReports},
         {"KLyrPropertyBuilder::Max", kNothing,
