@@ -94,7 +94,19 @@ private:
     }
 
     KLyrPropertyHandle mRoot;
+
+protected:
     KLyrPropertyHandle mDoubles[kDoubleCount];
+};
+
+// The same by the C++ types.
+class OurTypedObject : public OurObject {
+public:
+    using OurObject::OurObject;
+
+    double Get(int pNumber) const { return lyrGet<double>(mDoubles[pNumber]).value_or(-1); }
+    void Set(int pNumber, double pValue) { lyrSet(mDoubles[pNumber], pValue, eLyrSetPin); }
+    void SetChecked(int pNumber, double pValue) { lyrSet(mDoubles[pNumber], pValue, eLyrSetCollapse); }
 };
 
 // Instead of names it has ids, as the handles of a page have.
@@ -158,10 +170,10 @@ void CountBytesOfDoubles(benchmark::State& pState, int pCount, bool pRequested) 
 }
 
 // How often the work asks for memory, of 1000 times.
-template <typename Work>
+template <typename Side = OurObject, typename Work>
 void CountAllocations(benchmark::State& pState, Work pWork) {
     constexpr int kTimes = 1000;
-    OurObject lObject(true);
+    Side lObject(true);
     lObject.Resolve();
     LibraryMemory lMemory;
     for (int i = 0; i < kTimes; ++i)
@@ -196,6 +208,15 @@ const Registration sgRegistration([] {
     AddSide("allocations of a set checked", "ours", [](benchmark::State& pState) {
         CountAllocations(pState,
                          [](OurObject& pObject, int pNumber, double pValue) { pObject.SetChecked(pNumber, pValue); });
+    });
+    AddSide("typed get double/64", "ours", &TimeGet<OurTypedObject>);
+    AddSide("typed set double/64", "ours", &TimeSet<OurTypedObject, &OurTypedObject::Set>);
+    AddSide("typed set double checked/64", "ours", &TimeSet<OurTypedObject, &OurTypedObject::SetChecked>);
+    AddSide("allocations of typed gets and sets", "ours", [](benchmark::State& pState) {
+        CountAllocations<OurTypedObject>(pState, [](OurTypedObject& pObject, int pNumber, double pValue) {
+            pObject.Set(pNumber, pObject.Get(pNumber) + pValue);
+            pObject.SetChecked(pNumber, pValue);
+        });
     });
 });
 
