@@ -69,7 +69,7 @@ int lyrInsertEnumText(const KLyrPropertyHandle& pHandle, int pIndex, const char*
         return -1;
     KLyrPropertyHandle lHandle = pHandle;
     lHandle.InsertEnumValue(pIndex, pText);
-    if (pHandle.GetEnumCount() == lCount)
+    if (lHandle.GetEnumCount() == lCount)
         return -1;
     return lyrRemapEnum(pHandle,
                         [pIndex, lCount](int pOld) { return pOld >= pIndex && pOld < lCount ? pOld + 1 : pOld; });

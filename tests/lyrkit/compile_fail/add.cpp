@@ -2,10 +2,10 @@
 
 struct Unknown {};
 
-#ifdef COMPILES
-using Asked = double;
-#else
+#ifdef REFUSED
 using Asked = Unknown;
+#else
+using Asked = double;
 #endif
 
 lyrsdk::KLyrPropertyHandle Adds(const lyrsdk::KLyrPropertyHandle& pHandle) {

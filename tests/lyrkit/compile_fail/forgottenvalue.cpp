@@ -1,9 +1,9 @@
 #include "lyrfilesdk/lyrkit/klyrtypedaccess.h"
 
 lyrsdk::ELyrSetResult Writes(const lyrsdk::KLyrPropertyHandle& pHandle) {
-#ifdef COMPILES
-    return lyrsdk::lyrSet(pHandle, 1.0, lyrsdk::eLyrSetPin);
-#else
+#ifdef REFUSED
     return lyrsdk::lyrSet(pHandle, lyrsdk::eLyrSetPin);
+#else
+    return lyrsdk::lyrSet(pHandle, 1.0, lyrsdk::eLyrSetPin);
 #endif
 }
