@@ -6,6 +6,7 @@
 #include "lyrfilesdk/lyrkit/klyrboundproperty.h"
 #include "lyrfilesdk/lyrkit/klyrconversionverdict.h"
 #include "lyrfilesdk/lyrkit/klyrenumeration.h"
+#include "lyrfilesdk/lyrkit/klyrexplain.h"
 #include "lyrfilesdk/lyrkit/klyrlimits.h"
 #include "lyrfilesdk/lyrkit/klyrpropertyranges.h"
 #include "lyrfilesdk/lyrkit/klyrtypedaccess.h"
