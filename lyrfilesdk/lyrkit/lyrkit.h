@@ -8,6 +8,7 @@
 #include "lyrfilesdk/lyrkit/klyrenumeration.h"
 #include "lyrfilesdk/lyrkit/klyrexplain.h"
 #include "lyrfilesdk/lyrkit/klyrlimits.h"
+#include "lyrfilesdk/lyrkit/klyroverrides.h"
 #include "lyrfilesdk/lyrkit/klyrpropertyranges.h"
 #include "lyrfilesdk/lyrkit/klyrtypedaccess.h"
 #include "lyrfilesdk/lyrkit/klyrtypedadd.h"

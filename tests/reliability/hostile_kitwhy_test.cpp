@@ -27,5 +27,68 @@ TEST(HostileKitWhy, Explanations) {
     });
 }
 
+TEST(HostileKitWhy, Overrides) {
+    MakeHostileCalls<HostilePages>({
+        {"lyrOverrideOf", kNothing,
+         [](HostilePages& pPages) {
+             for (const KLyrPropertyHandle& lProperty : NoProperties(pPages))
+                 EXPECT_FALSE(lyrOverrideOf(lProperty).mIsHeld);
+         }},
+        {"lyrVisitOverrides", kNothing,
+         [](HostilePages& pPages) {
+             for (const KLyrPropertyHandle& lProperty : NoProperties(pPages))
+                 EXPECT_EQ(lyrVisitOverrides(lProperty, [](const KLyrOverride&) {}), 0);
+         }},
+        {"lyrRedundancyOf", kNothing,
+         [](HostilePages& pPages) {
+             for (const KLyrPropertyHandle& lProperty : NoProperties(pPages))
+                 EXPECT_FALSE(lyrRedundancyOf(lProperty).IsAny());
+         }},
+        {"KLyrRedundancy::IsAny", kNothing, [](HostilePages&) { EXPECT_FALSE(KLyrRedundancy().IsAny()); }},
+        {"lyrVisitRedundant", kNothing,
+         [](HostilePages& pPages) {
+             for (const KLyrPropertyHandle& lProperty : NoProperties(pPages))
+                 EXPECT_EQ(lyrVisitRedundant(lProperty, [](const KLyrRedundancy&) {}), 0);
+         }},
+        {"lyrDropRedundant", kNothing,
+         [](HostilePages& pPages) {
+             for (const KLyrPropertyHandle& lProperty : NoProperties(pPages))
+                 EXPECT_EQ(lyrDropRedundant(lProperty), 0);
+         }},
+    });
+}
+
+TEST(HostileKitWhy, GoingBack) {
+    constexpr int kNoReverts[] = {INT_MIN, -1, 3, INT_MAX};
+    MakeHostileCalls<HostilePages>({
+        {"lyrRevert", kNothing,
+         [&](HostilePages& pPages) {
+             for (const KLyrPropertyHandle& lProperty : NoProperties(pPages))
+                 EXPECT_FALSE(lyrRevert(lProperty, KLyrRevert::eBoth));
+             const KLyrPropertyHandle lOwn(pPages.mBelow.get(), HostilePages::kChild);
+             for (const int lWhat : kNoReverts)
+                 EXPECT_FALSE(lyrRevert(lOwn, static_cast<KLyrRevert>(lWhat)));
+             // What a page added has nowhere to go back to.
+             EXPECT_FALSE(lyrRevert(KLyrPropertyHandle(pPages.mPage.get(), HostilePages::kChild)));
+         }},
+        {"lyrRevertSubtree", kNothing,
+         [&](HostilePages& pPages) {
+             for (const KLyrPropertyHandle& lProperty : NoProperties(pPages))
+                 EXPECT_EQ(lyrRevertSubtree(lProperty, KLyrRevert::eBoth), 0);
+             for (const int lWhat : kNoReverts)
+                 EXPECT_EQ(lyrRevertSubtree({pPages.mBelow.get(), 0}, static_cast<KLyrRevert>(lWhat)), 0);
+             EXPECT_EQ(lyrRevertSubtree({pPages.mTop.get(), 0}), 0);
+         }},
+        {"lyrRevertAll", kNothing,
+         [&](HostilePages& pPages) {
+             EXPECT_EQ(lyrRevertAll(KLyrPropertyHandle()), 0);
+             EXPECT_EQ(lyrRevertAll({nullptr, 0}), 0);
+             EXPECT_EQ(lyrRevertAll({pPages.mPage.get(), INT_MIN}), 0);
+             for (const int lWhat : kNoReverts)
+                 EXPECT_EQ(lyrRevertAll({pPages.mBelow.get(), 0}, static_cast<KLyrRevert>(lWhat)), 0);
+         }},
+    });
+}
+
 }  // namespace
 }  // namespace lyrsdk
