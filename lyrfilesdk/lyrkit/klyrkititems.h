@@ -67,8 +67,14 @@ public:
     explicit PagesBelow(KLyrPropertyPage* pTop, const KLyrPropertyPage* pLeftOut = nullptr)
         : mTop(pTop), mLeftOut(pLeftOut), mPage(pTop != pLeftOut ? pTop : nullptr) {}
 
+    // The walk goes on from a page that it had come to.
+    PagesBelow(KLyrPropertyPage* pTop, const KLyrPropertyPage* pLeftOut, KLyrPropertyPage* pPage, int pIndex)
+        : mTop(pTop), mLeftOut(pLeftOut), mPage(pPage), mIndex(pIndex) {}
+
     explicit operator bool() const { return mPage != nullptr; }
     KLyrPropertyPage* Page() const { return mPage; }
+    // The place of the page among the instances of the page above it; 0 at the top.
+    int Index() const { return mIndex; }
     void Next();
 
 private:
@@ -77,7 +83,7 @@ private:
     KLyrPropertyPage* mTop;
     const KLyrPropertyPage* mLeftOut;
     KLyrPropertyPage* mPage;
-    int mIndex = 0;  // of mPage among the instances of the page above it
+    int mIndex = 0;
 };
 
 // The property of pFrom's subtree behind pId, which is in it; -1 behind the last. Everything is below the root, what

@@ -10,6 +10,7 @@
 #include "lyrfilesdk/lyrkit/klyrlimits.h"
 #include "lyrfilesdk/lyrkit/klyroverrides.h"
 #include "lyrfilesdk/lyrkit/klyrpropertyranges.h"
+#include "lyrfilesdk/lyrkit/klyrpushpreview.h"
 #include "lyrfilesdk/lyrkit/klyrtypedaccess.h"
 #include "lyrfilesdk/lyrkit/klyrtypedadd.h"
 #include "lyrfilesdk/lyrkit/klyrtypename.h"

@@ -90,5 +90,38 @@ TEST(HostileKitWhy, GoingBack) {
     });
 }
 
+TEST(HostileKitWhy, Pushing) {
+    MakeHostileCalls<HostilePages>({
+        {"lyrPushItemsOf", kNothing,
+         [](HostilePages& pPages) {
+             for (const KLyrPropertyHandle& lProperty : NoProperties(pPages))
+                 EXPECT_EQ(lyrPushItemsOf(lProperty).mResult, KLyrPushResult::eUnknown);
+             EXPECT_EQ(lyrPushItemsOf({pPages.mTop.get(), 0}).mResult, KLyrPushResult::eNoParent);
+         }},
+        {"lyrPushProperty", kNothing,
+         [](HostilePages& pPages) {
+             for (const KLyrPropertyHandle& lProperty : NoProperties(pPages))
+                 EXPECT_EQ(lyrPushProperty(lProperty), KLyrPushResult::eUnknown);
+             EXPECT_EQ(lyrPushProperty({pPages.mTop.get(), 0}), KLyrPushResult::eNoParent);
+             EXPECT_EQ(lyrPushProperty({pPages.mBelow.get(), 0}), KLyrPushResult::eNothing);
+             EXPECT_EQ(lyrPushProperty({pPages.mPage.get(), HostilePages::kPart}), KLyrPushResult::eNoPlace);
+         }},
+        {"lyrVisitPush", kNothing,
+         [](HostilePages& pPages) {
+             for (const KLyrPropertyHandle& lProperty : NoProperties(pPages))
+                 EXPECT_EQ(lyrVisitPush(lProperty, [](const KLyrPushItems&) {}), 0);
+             EXPECT_EQ(lyrVisitPush({pPages.mTop.get(), 0}, [](const KLyrPushItems&) {}), 0);
+             EXPECT_EQ(lyrVisitPush({pPages.mPage.get(), HostilePages::kChild}, [](const KLyrPushItems&) {}), 0);
+         }},
+        {"lyrVisitPushEffects", kNothing,
+         [](HostilePages& pPages) {
+             for (const KLyrPropertyHandle& lProperty : NoProperties(pPages))
+                 EXPECT_EQ(lyrVisitPushEffects(lProperty, [](const KLyrPushEffect&) {}), 0);
+             EXPECT_EQ(lyrVisitPushEffects({pPages.mTop.get(), 0}, [](const KLyrPushEffect&) {}), 0);
+         }},
+        {"KLyrPushEffect::IsChange", kNothing, [](HostilePages&) { EXPECT_FALSE(KLyrPushEffect().IsChange()); }},
+    });
+}
+
 }  // namespace
 }  // namespace lyrsdk
