@@ -5,6 +5,8 @@
 
 #include "lyrfilesdk/lyrkit/klyrboundproperty.h"
 #include "lyrfilesdk/lyrkit/klyrconversionverdict.h"
+#include "lyrfilesdk/lyrkit/klyrdump.h"
+#include "lyrfilesdk/lyrkit/klyrdumptext.h"
 #include "lyrfilesdk/lyrkit/klyrenumeration.h"
 #include "lyrfilesdk/lyrkit/klyrexplain.h"
 #include "lyrfilesdk/lyrkit/klyrlimits.h"
