@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <ostream>
+#include <sstream>
 
+#include "lyrfilesdk/lyrkit/klyrdumptext.h"
 #include "tools/lyrinspect/text.h"
 #include "tools/lyrinspect/values.h"
 
@@ -13,21 +15,6 @@ namespace {
 constexpr int kMaxEndsShown = 8;
 constexpr std::size_t kMaxValueLength = 160;
 constexpr char kEndLead[] = "               ";
-
-struct FlagName {
-    LyrPropertyFlags::eLyrPropertyFlags flag;
-    const char* name;
-};
-constexpr FlagName kFlagNames[] = {
-    {LyrPropertyFlags::eANIMATABLE, "ANIMATABLE"},   {LyrPropertyFlags::eUSER, "USER"},
-    {LyrPropertyFlags::eTEMPORARY, "TEMPORARY"},     {LyrPropertyFlags::ePUBLISHED, "PUBLISHED"},
-    {LyrPropertyFlags::ePSTATIC, "STATIC"},          {LyrPropertyFlags::eNOT_SAVABLE, "NOT_SAVABLE"},
-    {LyrPropertyFlags::eHIDDEN, "HIDDEN"},           {LyrPropertyFlags::eUI_DISABLED, "UI_DISABLED"},
-    {LyrPropertyFlags::eUI_GROUP, "UI_GROUP"},       {LyrPropertyFlags::eUI_BOOLGROUP, "UI_BOOLGROUP"},
-    {LyrPropertyFlags::eUI_EXPANDED, "UI_EXPANDED"}, {LyrPropertyFlags::eUI_NOCAPTION, "UI_NOCAPTION"},
-    {LyrPropertyFlags::eUI_PANEL, "UI_PANEL"},       {LyrPropertyFlags::eUI_LEFTLABEL, "UI_LEFTLABEL"},
-    {LyrPropertyFlags::eUI_HIDDEN, "UI_HIDDEN"},
-};
 
 // "node:1 "Lamp" children", and only the object where the root itself is meant.
 std::string EndText(const KLyrPropertyHandle& pEnd, char pSeparator) {
@@ -54,12 +41,9 @@ bool IsOwn(const SceneObject& pObject, const KLyrPropertyHandle& pProperty) {
 }
 
 std::string FlagsText(LyrPropertyFlags::eLyrPropertyFlags pFlags) {
-    std::string lText;
-    for (const FlagName& lFlag : kFlagNames) {
-        if ((pFlags & lFlag.flag) != LyrPropertyFlags::eNO_FLAG)
-            lText += (lText.empty() ? "" : ", ") + std::string(lFlag.name);
-    }
-    return lText;
+    std::ostringstream lText;
+    lyrDumpFlags(lText, pFlags);
+    return lText.str();
 }
 
 Printer::Printer(std::ostream& pOutput, const PrintStyle& pStyle) : mOutput(pOutput), mStyle(pStyle) {}

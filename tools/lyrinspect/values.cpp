@@ -4,11 +4,12 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <sstream>
 #include <vector>
 
 #include "lyrfilesdk/components/kbaselib/klib/kstring.h"
 #include "lyrfilesdk/components/kbaselib/klib/ktime.h"
-#include "tools/lyrinspect/text.h"
+#include "lyrfilesdk/lyrkit/klyrdumptext.h"
 
 namespace lyrsdk::inspect {
 
@@ -112,12 +113,6 @@ std::string BoundText(const KLyrPropertyHandle& pProperty, Bound pBound) {
     return GetBound(pProperty, pBound, &lText, eSTRING) ? std::string(lText.Buffer()) : std::string();
 }
 
-std::string RangeText(const KLyrPropertyHandle& pProperty, Bound pLow, Bound pHigh) {
-    const std::string lLow = BoundText(pProperty, pLow);
-    const std::string lHigh = BoundText(pProperty, pHigh);
-    return lLow.empty() && lHigh.empty() ? std::string() : lLow + ".." + lHigh;
-}
-
 bool SetNumbersFromJson(KLyrPropertyHandle& pProperty, const Json& pJson, int pCount, std::string& pExpected) {
     pExpected = pCount == 1 ? "a number" : "an array of " + std::to_string(pCount) + " numbers";
     double lNumbers[kMaxElements] = {};
@@ -178,20 +173,6 @@ std::string BreachOf(const KLyrPropertyHandle& pProperty, Bound pBound, const do
                    BoundText(pProperty, pBound);
     }
     return std::string();
-}
-
-std::string MatrixText(const KLyrPropertyHandle& pProperty) {
-    lyrDouble44 lMatrix;
-    if (!pProperty.Get(&lMatrix, eDOUBLE44))
-        return std::string();
-    std::string lText;
-    for (int i = 0; i < 4; ++i) {
-        KString lRow;
-        if (!lyrCopy(&lRow, eSTRING, &lMatrix[i], eDOUBLE4))
-            return std::string();
-        lText += (i == 0 ? "" : "; ") + std::string(lRow.Buffer());
-    }
-    return lText;
 }
 
 }  // namespace
@@ -295,35 +276,21 @@ bool SetFromJson(KLyrPropertyHandle pProperty, const PropertyFacts& pFacts, cons
 }
 
 std::string ValueText(const KLyrPropertyHandle& pProperty) {
-    const ELyrType lType = pProperty.GetType();
-    // A reference has no value: asking for it is a misuse that the library reports.
-    if (lType == eUNIDENTIFIED || lType == eREFERENCE)
-        return std::string();
-    if (lType == eDOUBLE44)
-        return MatrixText(pProperty);
-    KString lText;
-    if (!pProperty.Get(&lText, eSTRING))
-        return std::string();
-    const std::string lValue = lText.Buffer();
-    if (lType == eSTRING)
-        return Quoted(lValue);
-    if (lType == eENUM) {
-        int lIndex = 0;
-        pProperty.Get(&lIndex, eENUM);
-        return lValue + " (" + Escaped(KLyrPropertyHandle(pProperty).GetEnumValue(lIndex)) + ')';
-    }
-    lyrBlob lBlob;
-    if (lType == eBLOB && pProperty.Get(&lBlob, eBLOB))
-        return lValue + ' ' + Counted(static_cast<std::size_t>(lBlob.GetSize()), "byte");
-    return lValue;
+    std::ostringstream lText;
+    lyrDumpValue(lText, pProperty);
+    return lText.str();
 }
 
 std::string LimitsText(const KLyrPropertyHandle& pProperty) {
-    return RangeText(pProperty, Bound::eMin, Bound::eMax);
+    std::ostringstream lText;
+    lyrDumpLimits(lText, pProperty, false);
+    return lText.str();
 }
 
 std::string SoftLimitsText(const KLyrPropertyHandle& pProperty) {
-    return RangeText(pProperty, Bound::eSoftMin, Bound::eSoftMax);
+    std::ostringstream lText;
+    lyrDumpLimits(lText, pProperty, true);
+    return lText.str();
 }
 
 bool IsOnOpenBound(const KLyrPropertyHandle& pProperty, const std::string& pLimits) {
