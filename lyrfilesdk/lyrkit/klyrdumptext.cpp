@@ -101,10 +101,23 @@ std::string_view lyrEscapeFirst(std::string_view& pRest, char (&pBuffer)[16]) {
 
 namespace {
 
+// The first characters that stand for themselves, but for the two.
+std::size_t PlainLength(std::string_view pText, char pMarked, char pAlsoMarked) {
+    std::size_t i = 0;
+    while (i < pText.size() && pText[i] >= ' ' && pText[i] < 0x7F && pText[i] != '\\' && pText[i] != pMarked &&
+           pText[i] != pAlsoMarked)
+        ++i;
+    return i;
+}
+
 // With a backslash in front of each of the two characters.
 void PutEscaped(std::ostream& pStream, std::string_view pText, char pMarked, char pAlsoMarked) {
     char lBuffer[16];
     while (!pText.empty()) {
+        const std::size_t lPlain = PlainLength(pText, pMarked, pAlsoMarked);
+        if (lPlain > 0)
+            Put(pStream, pText.substr(0, lPlain));
+        pText.remove_prefix(lPlain);
         const std::string_view lShown = lyrEscapeFirst(pText, lBuffer);
         if (lShown.size() == 1 && (lShown[0] == pMarked || lShown[0] == pAlsoMarked))
             pStream.put('\\');

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <ostream>
-#include <sstream>
 
 #include "lyrfilesdk/lyrkit/klyrdumptext.h"
 #include "tools/lyrinspect/text.h"
@@ -41,9 +40,7 @@ bool IsOwn(const SceneObject& pObject, const KLyrPropertyHandle& pProperty) {
 }
 
 std::string FlagsText(LyrPropertyFlags::eLyrPropertyFlags pFlags) {
-    std::ostringstream lText;
-    lyrDumpFlags(lText, pFlags);
-    return lText.str();
+    return Gathered([pFlags](std::ostream& pStream) { lyrDumpFlags(pStream, pFlags); });
 }
 
 Printer::Printer(std::ostream& pOutput, const PrintStyle& pStyle) : mOutput(pOutput), mStyle(pStyle) {}

@@ -24,22 +24,11 @@ std::size_t FindInvalidUtf8(std::string_view pText) {
 }
 
 std::string Escaped(std::string_view pText) {
-    std::string lResult;
-    lResult.reserve(pText.size());
-    char lBuffer[16];
-    while (!pText.empty())
-        lResult += lyrEscapeFirst(pText, lBuffer);
-    return lResult;
+    return Gathered([pText](std::ostream& pStream) { lyrDumpText(pStream, pText); });
 }
 
 std::string Quoted(std::string_view pText) {
-    std::string lResult = "\"";
-    for (const char lByte : Escaped(pText)) {
-        if (lByte == '"')
-            lResult += '\\';
-        lResult += lByte;
-    }
-    return lResult + '"';
+    return Gathered([pText](std::ostream& pStream) { lyrDumpQuoted(pStream, pText); });
 }
 
 std::string Counted(std::size_t pCount, const char* pSingular, const char* pPlural) {

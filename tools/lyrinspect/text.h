@@ -3,10 +3,20 @@
 // Texts on their way to a terminal.
 
 #include <cstddef>
+#include <sstream>
 #include <string>
 #include <string_view>
 
 namespace lyrsdk::inspect {
+
+// What pWrite writes to the stream that it is called with. One stream serves all, because a new one is dear.
+template <typename Write>
+std::string Gathered(Write pWrite) {
+    thread_local std::ostringstream sStream;
+    sStream.str(std::string());
+    pWrite(static_cast<std::ostream&>(sStream));
+    return sStream.str();
+}
 
 // The offset of the first byte that is no part of well-formed UTF-8, or npos when all of it is.
 std::size_t FindInvalidUtf8(std::string_view pText);

@@ -4,12 +4,12 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
-#include <sstream>
 #include <vector>
 
 #include "lyrfilesdk/components/kbaselib/klib/kstring.h"
 #include "lyrfilesdk/components/kbaselib/klib/ktime.h"
 #include "lyrfilesdk/lyrkit/klyrdumptext.h"
+#include "tools/lyrinspect/text.h"
 
 namespace lyrsdk::inspect {
 
@@ -276,21 +276,15 @@ bool SetFromJson(KLyrPropertyHandle pProperty, const PropertyFacts& pFacts, cons
 }
 
 std::string ValueText(const KLyrPropertyHandle& pProperty) {
-    std::ostringstream lText;
-    lyrDumpValue(lText, pProperty);
-    return lText.str();
+    return Gathered([&](std::ostream& pStream) { lyrDumpValue(pStream, pProperty); });
 }
 
 std::string LimitsText(const KLyrPropertyHandle& pProperty) {
-    std::ostringstream lText;
-    lyrDumpLimits(lText, pProperty, false);
-    return lText.str();
+    return Gathered([&](std::ostream& pStream) { lyrDumpLimits(pStream, pProperty, false); });
 }
 
 std::string SoftLimitsText(const KLyrPropertyHandle& pProperty) {
-    std::ostringstream lText;
-    lyrDumpLimits(lText, pProperty, true);
-    return lText.str();
+    return Gathered([&](std::ostream& pStream) { lyrDumpLimits(pStream, pProperty, true); });
 }
 
 bool IsOnOpenBound(const KLyrPropertyHandle& pProperty, const std::string& pLimits) {
