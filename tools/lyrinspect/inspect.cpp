@@ -4,6 +4,7 @@
 #include <new>
 #include <ostream>
 
+#include "lyrfilesdk/lyrkit/klyrdump.h"
 #include "tools/lyrinspect/buffers.h"
 #include "tools/lyrinspect/builder.h"
 #include "tools/lyrinspect/container.h"
@@ -68,8 +69,12 @@ public:
         // Here rather than inside, so that giving the document back counts as well.
         mStopwatch.Lap("build");
         PrintWarnings();
-        if (mOptions.tree && !PrintTree(lError))
+        if (mOptions.dot) {
+            if (!PrintGraph(lError))
+                return Fail(lError);
+        } else if (mOptions.tree && !PrintTree(lError)) {
             return Fail(lError);
+        }
         mProgress.Clear();
         mStopwatch.Lap("print");
         if (mOptions.stats)
@@ -117,7 +122,37 @@ private:
             mSurroundings.errors << "lyrinspect: warning: and " << Counted(lMore, "more warning") << '\n';
     }
 
+    // The roots of the families that the objects' pages belong to.
+    std::vector<KLyrPropertyHandle> Families() const {
+        std::vector<KLyrPropertyHandle> lRoots;
+        for (std::size_t i = 0; i < kKindCount; ++i)
+            lRoots.push_back(mScene.PrototypeObject(static_cast<ObjectKind>(i)).root);
+        return lRoots;
+    }
+
+    bool PrintGraph(std::string& pError) const {
+        const std::vector<KLyrPropertyHandle> lRoots = Families();
+        pError = "not enough memory";
+        return lyrDumpFamilyConnectionsAsDot(mSurroundings.output, lRoots.data(), static_cast<int>(lRoots.size()),
+                                             mOptions.separator);
+    }
+
+    KLyrDumpStyle DumpStyle() const {
+        KLyrDumpStyle lStyle;
+        lStyle.mSeparator = mOptions.separator;
+        lStyle.mOnlyOwn = mOptions.onlyOverrides;
+        return lStyle;
+    }
+
+    bool PrintPages(std::string& pError) const {
+        const std::vector<KLyrPropertyHandle> lRoots = Families();
+        pError = "not enough memory";
+        return lyrDumpFamilies(mSurroundings.output, lRoots.data(), static_cast<int>(lRoots.size()), DumpStyle());
+    }
+
     bool PrintTree(std::string& pError) {
+        if (mOptions.dump && !mOptions.hasObject && !mOptions.hasFind)
+            return PrintPages(pError);
         const PrintStyle lStyle{mOptions.separator, mOptions.onlyOverrides};
         Printer lPrinter(mSurroundings.output, lStyle);
         if (!mSurroundings.outputIsTerminal)
@@ -159,14 +194,25 @@ private:
 
     bool PrintObject(Printer& pPrinter, const SceneObject& pObject) const {
         if (!mOptions.hasFind) {
-            pPrinter.Print(pObject);
+            PrintBelow(pPrinter, pObject, pObject.root);
             return true;
         }
         const char lSeparators[] = {mOptions.separator, '\0'};
         const KLyrPropertyHandle lFound = pObject.root.Find(mOptions.find.c_str(), lSeparators, true);
         if (lFound.Valid())
-            pPrinter.Print(pObject, lFound);
+            PrintBelow(pPrinter, pObject, lFound);
         return lFound.Valid();
+    }
+
+    void PrintBelow(Printer& pPrinter, const SceneObject& pObject, const KLyrPropertyHandle& pTop) const {
+        if (mOptions.dump) {
+            if (!lyrDump(mSurroundings.output, pTop, DumpStyle()))
+                throw std::bad_alloc();
+        } else if (pTop == pObject.root) {
+            pPrinter.Print(pObject);
+        } else {
+            pPrinter.Print(pObject, pTop);
+        }
     }
 
     const Options& mOptions;

@@ -35,19 +35,31 @@ Parsed ParseOptions(int pCount, const char* const* pArguments, Options& pOptions
     std::string lSeparator = "/";
     bool lNoTree = false;
     lApp.add_option("file", pOptions.file, "The scene")->required()->type_name("SCENE");
-    const CLI::Option* lObject = lApp.add_option("--object", pOptions.object,
-                                                 "Only the objects of this name, or the one at this address (node:3)")
-                                     ->type_name("NAME");
-    const CLI::Option* lFind =
-        lApp.add_option("--find", pOptions.find, "Only the property at this path and what is below it")
-            ->type_name("PATH");
+    CLI::Option* lObject = lApp.add_option("--object", pOptions.object,
+                                           "Only the objects of this name, or the one at this address (node:3)")
+                               ->type_name("NAME");
+    CLI::Option* lFind = lApp.add_option("--find", pOptions.find, "Only the property at this path and what is below it")
+                             ->type_name("PATH");
     lApp.add_option("--separator", lSeparator, "What separates the names of a path; / unless given")
         ->type_name("C")
         ->check(CLI::Validator(CheckSeparator, ""));
-    lApp.add_flag("--only-overrides", pOptions.onlyOverrides, "Only what an object does not inherit");
-    lApp.add_flag("--prototypes", pOptions.prototypes, "The prototypes too, with labels and enumerations");
-    lApp.add_flag("--stats", pOptions.stats, "Counts, memory and times behind the tree");
-    lApp.add_flag("--no-tree", lNoTree, "Leave the tree out");
+    CLI::Option* lOverrides =
+        lApp.add_flag("--only-overrides", pOptions.onlyOverrides, "Only what an object does not inherit");
+    CLI::Option* lStats = lApp.add_flag("--stats", pOptions.stats, "Counts, memory and times behind the tree");
+    CLI::Option* lWithout = lApp.add_flag("--no-tree", lNoTree, "Leave the tree out");
+    CLI::Option* lPrototypes =
+        lApp.add_flag("--prototypes", pOptions.prototypes, "The prototypes too, with labels and enumerations");
+    lApp.add_flag("--dump", pOptions.dump, "In place of the tree the library's pages, with what each holds itself")
+        ->excludes(lPrototypes)
+        ->excludes(lWithout);
+    lApp.add_flag("--dot", pOptions.dot, "In place of the tree all connections, as a graph in the DOT language")
+        ->excludes("--dump")
+        ->excludes(lObject)
+        ->excludes(lFind)
+        ->excludes(lOverrides)
+        ->excludes(lPrototypes)
+        ->excludes(lStats)
+        ->excludes(lWithout);
     lApp.set_version_flag("--version", "lyrinspect 1.0.0");
     try {
         lApp.parse(pCount, pArguments);

@@ -19,6 +19,9 @@ struct Options {
     bool onlyOverrides = false;
     bool prototypes = false;
     bool stats = false;
+    // --dump, --dot: what is written in place of the tree.
+    bool dump = false;
+    bool dot = false;
     bool tree = true;
 };
 

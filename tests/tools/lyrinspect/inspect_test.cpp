@@ -228,5 +228,41 @@ TEST(Inspect, SaysWhenTheLibraryHasNoMemoryAndGivesBackWhatItHad) {
     EXPECT_GT(lRefused, 500);
 }
 
+TEST(Inspect, WithoutMemoryAGraphIsWholeOrRefused) {
+    const SceneFile lFile(Document("\"nodes\":[{\"name\":\"a\",\"children\":[1]},{}]"));
+    const char* lArguments[] = {"lyrinspect", "--dot", lFile.Path().c_str()};
+    const auto lRun = [&](std::ostream& pOutput, std::ostream& pErrors) {
+        return RunInspector(3, lArguments, {pOutput, pErrors, false, false, [] { return 0.0; }});
+    };
+    std::ostringstream lWhole;
+    std::ostringstream lNoErrors;
+    ASSERT_EQ(lRun(lWhole, lNoErrors), eExitDone);
+    ASSERT_NE(lWhole.str().find(" -> "), std::string::npos);
+    int lRefusedGraphs = 0;
+    for (std::size_t i = 1000; i < 3000; ++i) {
+        std::ostringstream lOutput;
+        std::ostringstream lErrors;
+        const FailAllocations lFail(i, true);
+        if (lRun(lOutput, lErrors) == eExitDone) {
+            ASSERT_EQ(lOutput.str(), lWhole.str()) << i;
+            break;
+        }
+        lRefusedGraphs += lErrors.str() == "lyrinspect: not enough memory\n" ? 1 : 0;
+    }
+    EXPECT_GT(lRefusedGraphs, 10);
+}
+
+TEST(Inspect, DumpsTheSelectedObjectsAndPropertiesOnly) {
+    const std::string lScene = Document("\"nodes\":[{\"name\":\"a\"},{\"name\":\"b\",\"translation\":[1,2,3]}]");
+    const Outcome lOutcome = InspectText(
+        lScene, {"--dump", "--only-overrides", "--object", "b", "--separator", ".", "--find", "transform.translation"});
+    EXPECT_EQ(lOutcome.status, eExitDone);
+    EXPECT_EQ(lOutcome.output,
+              "page 0 \"node\" instance of page 1\n"
+              "  .v.-  transform.translation: eDOUBLE3 typed by \"double3\" = 1,2,3 [ANIMATABLE] label \"Translation\" "
+              "tag 3\n");
+    EXPECT_EQ(InspectText(lScene, {"--dump", "--object", "c"}).status, eExitUnreadable);
+}
+
 }  // namespace
 }  // namespace lyrsdk::inspect

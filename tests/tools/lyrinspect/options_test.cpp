@@ -55,6 +55,17 @@ TEST(Options, AreAllRead) {
     EXPECT_FALSE(lResult.options.tree);
 }
 
+TEST(Options, AskForWhatStandsInPlaceOfTheTree) {
+    EXPECT_FALSE(Parse({"scene.gltf"}).options.dump);
+    EXPECT_FALSE(Parse({"scene.gltf"}).options.dot);
+    const Result lDump = Parse({"--dump", "--only-overrides", "--stats", "--object", "a", "--find", "b", "scene.gltf"});
+    EXPECT_EQ(lDump.parsed, Parsed::eRun);
+    EXPECT_TRUE(lDump.options.dump);
+    const Result lDot = Parse({"--dot", "--separator", ".", "scene.gltf"});
+    EXPECT_EQ(lDot.parsed, Parsed::eRun);
+    EXPECT_TRUE(lDot.options.dot);
+}
+
 TEST(Options, TakeAnEmptyName) {
     const Result lResult = Parse({"scene.gltf", "--object", ""});
     EXPECT_EQ(lResult.parsed, Parsed::eRun);
@@ -73,6 +84,15 @@ TEST(Options, AnswerWrongUsageWithOneLine) {
         {"a.gltf", "--separator", "\x01"},
         {"a.gltf", "--separator", "\xC2\xB7"},
         {"a.gltf", "--bo\ngus"},
+        {"a.gltf", "--dump", "--dot"},
+        {"a.gltf", "--dump", "--prototypes"},
+        {"a.gltf", "--dump", "--no-tree"},
+        {"a.gltf", "--dot", "--object", "a"},
+        {"a.gltf", "--dot", "--find", "a"},
+        {"a.gltf", "--dot", "--only-overrides"},
+        {"a.gltf", "--dot", "--prototypes"},
+        {"a.gltf", "--dot", "--stats"},
+        {"a.gltf", "--dot", "--no-tree"},
     };
     for (const std::vector<const char*>& lArguments : lWrong) {
         const Result lResult = Parse(lArguments);
