@@ -182,13 +182,10 @@ void DumpEnumText(std::ostream& pStream, const KLyrPropertyHandle& pProperty, co
     }
 }
 
-void DumpBlobSize(std::ostream& pStream, const KLyrPropertyValue& pValue) {
-    lyrBlob lBlob;
-    if (pValue.Get(&lBlob, eBLOB)) {
-        pStream.put(' ');
-        PutNumber(pStream, lBlob.GetSize());
-        Put(pStream, lBlob.GetSize() == 1 ? " byte" : " bytes");
-    }
+void DumpBlobSize(std::ostream& pStream, const lyrBlob& pBlob) {
+    pStream.put(' ');
+    PutNumber(pStream, pBlob.GetSize());
+    Put(pStream, pBlob.GetSize() == 1 ? " byte" : " bytes");
 }
 
 }  // namespace
@@ -202,7 +199,8 @@ bool lyrDumpValue(std::ostream& pStream, const KLyrPropertyHandle& pProperty, in
     if (lValue->GetType() == eDOUBLE44)
         return DumpMatrix(pStream, *lValue);
     KString lText;
-    if (!lValue->Get(&lText, eSTRING))
+    lyrBlob lBlob;
+    if (!lValue->Get(&lText, eSTRING) || (lValue->GetType() == eBLOB && !lValue->Get(&lBlob, eBLOB)))
         return false;
     if (lValue->GetType() == eSTRING)
         DumpShortened(pStream, View(lText), pMaxLength);
@@ -211,7 +209,7 @@ bool lyrDumpValue(std::ostream& pStream, const KLyrPropertyHandle& pProperty, in
     if (lValue->GetType() == eENUM)
         DumpEnumText(pStream, pProperty, *lValue);
     if (lValue->GetType() == eBLOB)
-        DumpBlobSize(pStream, *lValue);
+        DumpBlobSize(pStream, lBlob);
     return true;
 }
 
