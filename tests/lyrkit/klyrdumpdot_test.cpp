@@ -166,6 +166,17 @@ TEST_F(DotTest, EachConnectionIsAnEdgeFromItsSourceToItsDestination) {
     EXPECT_EQ(DotReader(DotOf({mRig.get(), 0})).mEdges.size(), 1u);
 }
 
+TEST_F(DotTest, AChildWithASmallerIdThanItsParentIsAnEndLikeAnyOther) {
+    const OwnedPage lPage = MakeRoot();
+    lPage->Add(2, "child", eINTEGER1);
+    lPage->Add(0, "parent", eINTEGER1);
+    ASSERT_TRUE(lPage->ConnectSrc(1, lPage.get(), 2, eLyrConnectionData));
+    const std::multiset<std::string> lEdges = {"p0_2>p0_1:data"};
+    EXPECT_EQ(DotReader(DotOf({lPage.get(), 2})).mEdges, lEdges);
+    EXPECT_EQ(DotReader(DotOf({lPage.get(), 1})).mEdges, lEdges);
+    EXPECT_EQ(DotReader(DotOf({lPage.get(), 0})).mEdges, lEdges);
+}
+
 TEST_F(DotTest, AFamilyShowsTheConnectionsOfAllItsPagesOnce) {
     mCamera->ConnectSrc(2, mOther.get(), 1, eLyrConnectionData);
     mRig->ConnectSrc(1, mCamera.get(), 2, eLyrConnectionData);

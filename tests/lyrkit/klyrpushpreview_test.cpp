@@ -93,8 +93,29 @@ TEST_F(PushPreviewTest, AClonedDescriptionThatLacksTheLabelIsAChange) {
     EXPECT_EQ(Effects()[1].mDescription, Reach::eChanged);
     mTop->SetMinMax(kId, KLyrPropertyInfo::eValueMax, &lMax, eDOUBLE1);
     EXPECT_EQ(Effects()[1].mDescription, Reach::eSame);
+    const double lOtherMax = 5;
+    mTop->SetMinMax(kId, KLyrPropertyInfo::eValueMax, &lOtherMax, eDOUBLE1);
+    EXPECT_EQ(Effects()[1].mDescription, Reach::eChanged);
+    mTop->SetMinMax(kId, KLyrPropertyInfo::eValueMax, &lMax, eDOUBLE1);
     mPage->SetUserTag(kId, 3);
     EXPECT_EQ(Effects()[1].mDescription, Reach::eChanged);
+}
+
+TEST_F(PushPreviewTest, EveryPageBelowThePageAboveIsToldOnceAndThePageAndThoseBelowItAreNot) {
+    SetNumber(mPage, kId, 2);
+    const OwnedPage lBelowPage = MakeInstance(mPage);
+    const OwnedPage lThird = MakeInstance(mTop);
+    const OwnedPage lLast = MakeInstance(mTop);
+    const OwnedPage lLow2 = MakeInstance(mOther);
+    const OwnedPage lUnderLow = MakeInstance(mLow);
+    const OwnedPage lUnderThird = MakeInstance(lThird);
+    std::vector<const KLyrPropertyPage*> lTold;
+    lyrVisitPushEffects(Property(), [&](const KLyrPushEffect& pEffect) {
+        lTold.push_back(pEffect.mProperty.GetPage());
+        return lTold.size() < 20;
+    });
+    EXPECT_EQ(lTold, (std::vector<const KLyrPropertyPage*>{mTop.get(), mOther.get(), mLow.get(), lUnderLow.get(),
+                                                           lLow2.get(), lThird.get(), lUnderThird.get(), lLast.get()}));
 }
 
 TEST_F(PushPreviewTest, DescriptionsOfEnumerationsDifferByTheirTexts) {
