@@ -91,7 +91,7 @@ private:
     // A letter and digits with an underscore between them need no quotation marks.
     void PutNodeId(const KLyrPropertyHandle& pProperty) {
         mStream.put('p');
-        PutNumber(mNumbers.Of(pProperty.GetPage()));
+        PutNumber(mNumbers.Find(pProperty.GetPage()));
         mStream.put('_');
         PutNumber(pProperty.GetId());
     }

@@ -31,7 +31,11 @@ public:
         mComplete = mComplete && lRecord;
         return lRecord ? lRecord->GetValue() : -1;
     }
-    bool Has(const KLyrPropertyPage* pPage) const { return mNumbers.Find(pPage) != nullptr; }
+    // Without giving it one: -1 when it has none.
+    int Find(const KLyrPropertyPage* pPage) const {
+        const auto lRecord = mNumbers.Find(pPage);
+        return lRecord ? lRecord->GetValue() : -1;
+    }
     int GetCount() const { return mNumbers.GetSize(); }
     bool IsComplete() const { return mComplete; }
 
@@ -48,7 +52,7 @@ public:
         : mPages(pPages), mCount(pPages ? pCount : 0), mNumbers(pNumbers) {
         for (int i = 0; i < mCount; ++i) {
             KLyrPropertyPage* lTop = TopOf(mPages[i].GetPage());
-            if (!lTop || pNumbers.Has(lTop))
+            if (!lTop || pNumbers.Find(lTop) >= 0)
                 continue;
             for (PagesBelow lPages(lTop); lPages; lPages.Next())
                 pNumbers.Of(lPages.Page());
@@ -58,7 +62,10 @@ public:
 
     // Pages up to this number belong to them.
     int GetPageCount() const { return mPageCount; }
-    bool Has(const KLyrPropertyPage* pPage) const { return mNumbers.Has(pPage) && mNumbers.Of(pPage) < mPageCount; }
+    bool Has(const KLyrPropertyPage* pPage) const {
+        const int lNumber = mNumbers.Find(pPage);
+        return lNumber >= 0 && lNumber < mPageCount;
+    }
 
     // pVisitor(page) for each page once, in the order of the numbers.
     template <typename Visitor>
@@ -66,7 +73,7 @@ public:
         int lShown = 0;
         for (int i = 0; i < mCount; ++i) {
             KLyrPropertyPage* lTop = TopOf(mPages[i].GetPage());
-            if (!lTop || !mNumbers.Has(lTop) || mNumbers.Of(lTop) != lShown)
+            if (!lTop || mNumbers.Find(lTop) != lShown)
                 continue;
             for (PagesBelow lPages(lTop); lPages; lPages.Next()) {
                 pVisitor(lPages.Page());
@@ -78,7 +85,7 @@ public:
 private:
     const KLyrPropertyHandle* mPages;
     int mCount;
-    PageNumbers& mNumbers;
+    const PageNumbers& mNumbers;
     int mPageCount = 0;
 };
 

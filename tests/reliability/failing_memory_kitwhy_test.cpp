@@ -44,9 +44,16 @@ std::string PushedAdded(S& p) {
     return lAnswer;
 }
 
-std::string Foretold(S& p) {
+// A description with a text as its limit that equals the inherited one.
+void MakeAlikeDescription(S& p) {
+    const KString lLimit("limit");
+    p.mPage->ChangePropertyItemState<KLyrPropertyInfo>(nullptr, S::eLimit, eLyrOverride);
+    p.mPage->SetMinMax(S::eLimit, KLyrPropertyInfo::eValueMin, &lLimit, eSTRING);
+}
+
+std::string Foretold(const KLyrPropertyHandle& pProperty) {
     std::string lAnswer = "same";
-    lyrVisitPushEffects(p.Here(S::eText), [&](const KLyrPushEffect& pEffect) {
+    lyrVisitPushEffects(pProperty, [&](const KLyrPushEffect& pEffect) {
         if (pEffect.IsChange())
             lAnswer = "change";
     });
@@ -68,7 +75,10 @@ const Operation<S> kOperations[] = {
      Refused::eChangesNothing, MakeRedundant},
     {"DropsARedundantText", [](S& p) { return Answer(lyrDropRedundant(p.Here(S::eText))); }, "0",
      Refused::eChangesNothing, MakeRedundant},
-    {"ForetellsAPush", Foretold, "change", Refused::eChangesNothing, MakeRedundant},
+    {"ForetellsAPush", [](S& p) { return Foretold(p.Here(S::eText)); }, "change", Refused::eChangesNothing,
+     MakeRedundant},
+    {"ForetellsAPushOfADescription", [](S& p) { return Foretold(p.Here(S::eLimit)); }, "change",
+     Refused::eChangesNothing, MakeAlikeDescription},
     {"PushesOneText", [](S& p) { return ResultOf(lyrPushProperty(p.Below(S::eText))); }, "no memory",
      Refused::eChangesNothing, MakeBelowHold},
     {"PushesAnAddedProperty", PushedAdded, "no memory", Refused::eChangesNothing, MakeAdded},
@@ -88,6 +98,9 @@ const Operation<S> kDumps[] = {
     {"DumpsLimits",
      [](S& p) { return Written([&](std::ostream& pStream) { return lyrDump(pStream, p.Below(S::eLimit)); }); },
      "refused"},
+    {"DumpsAMatrix",
+     [](S& p) { return Written([&](std::ostream& pStream) { return lyrDump(pStream, p.Top(kAdded)); }); }, "refused",
+     Refused::eChangesNothing, [](S& p) { p.mTop->Add(0, "matrix", eDOUBLE44); }},
     {"DumpsAFamily",
      [](S& p) { return Written([&](std::ostream& pStream) { return lyrDumpFamily(pStream, p.Below()); }); }, "refused"},
     {"DrawsAPage",
