@@ -155,16 +155,16 @@ void DumpShortened(std::ostream& pStream, std::string_view pText, int pMaxLength
 
 // All rows or nothing.
 bool DumpMatrix(std::ostream& pStream, const KLyrPropertyValue& pValue) {
-    constexpr int kRows = 4;
+    constexpr int lCount = 4;
     lyrDouble44 lMatrix;
-    KString lRows[kRows];
+    KString lRows[lCount];
     if (!pValue.Get(&lMatrix, eDOUBLE44))
         return false;
-    for (int i = 0; i < kRows; ++i) {
+    for (int i = 0; i < lCount; ++i) {
         if (!lyrCopy(&lRows[i], eSTRING, &lMatrix[i], eDOUBLE4))
             return false;
     }
-    for (int i = 0; i < kRows; ++i) {
+    for (int i = 0; i < lCount; ++i) {
         Put(pStream, i == 0 ? "" : "; ");
         Put(pStream, View(lRows[i]));
     }
@@ -309,18 +309,17 @@ bool lyrDumpLimits(std::ostream& pStream, const KLyrPropertyHandle& pProperty, b
 }
 
 void lyrDumpPath(std::ostream& pStream, const KLyrPropertyHandle& pProperty, char pSeparator) {
-    constexpr int kMaxNames = 64;
+    constexpr int lMost = 64;
     const std::string_view lSeparator(&pSeparator, 1);
-    KLyrPropertyHandle lNames[kMaxNames];
+    KLyrPropertyHandle lNames[lMost];
     int lCount = 0;
     KLyrPropertyHandle lStep = pProperty;
     // An orphan has no root above it, and a root no name in the path.
-    while (lCount < kMaxNames && lStep.GetId() > 0 && lStep.GetPage() &&
-           lStep.GetPage()->GetPropertyEntry(lStep.GetId())) {
+    while (lCount < lMost && lStep.GetId() > 0 && lStep.GetPage() && lStep.GetPage()->GetPropertyEntry(lStep.GetId())) {
         lNames[lCount++] = lStep;
         lStep = lStep.GetParent();
     }
-    if (lCount == kMaxNames && lStep.GetId() > 0) {
+    if (lCount == lMost && lStep.GetId() > 0) {
         Put(pStream, "...");
         lyrDumpText(pStream, lSeparator);
     }

@@ -50,14 +50,14 @@ private:
         Expect("[");
         Word();
         Expect("=");
-        const std::string lValue = Word();
+        std::string lValue = Word();
         Expect("]");
         return lValue;
     }
 
     // An identifier, or the content of a quoted text, escapes undone.
     std::string Word() {
-        const std::string lToken = Next();
+        std::string lToken = Next();
         Check(!lToken.empty() && (lToken[0] == '"' || std::isalnum(static_cast<unsigned char>(lToken[0]))));
         return lToken[0] == '"' ? Unquoted(lToken) : lToken;
     }
@@ -81,7 +81,7 @@ private:
     }
 
     std::string Next() {
-        const std::string lToken = Peek();
+        std::string lToken = Peek();
         mAt += lToken.size();
         return lToken;
     }

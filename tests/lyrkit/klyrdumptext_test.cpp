@@ -59,10 +59,15 @@ TEST_F(DumpTextTest, WhatBreaksALineOrSteersATerminalIsEscaped) {
     EXPECT_EQ(Text("a\nb\tc\rd\x1B\x7F"), "a\\nb\\tc\\x0Dd\\x1B\\x7F");
     EXPECT_EQ(Text(std::string_view("\0x", 2)), "\\x00x");
     EXPECT_EQ(Text("\xC2\x80 \xC2\x9F \xC2\xA0"), "\\xC2\\x80 \\xC2\\x9F \xC2\xA0");
-    EXPECT_EQ(Text("\xE2\x80\xA7 \xE2\x80\xA8 \xE2\x80\xAE \xE2\x80\xAF"),
-              "\xE2\x80\xA7 \\xE2\\x80\\xA8 \\xE2\\x80\\xAE \xE2\x80\xAF");
-    EXPECT_EQ(Text("\xE2\x81\xA5 \xE2\x81\xA6 \xE2\x81\xA9 \xE2\x81\xAA"),
-              "\xE2\x81\xA5 \\xE2\\x81\\xA6 \\xE2\\x81\\xA9 \xE2\x81\xAA");
+    // Those that break or reverse a line are in two runs: U+2028 to U+202E and U+2066 to U+2069.
+    for (int lLast = 0x80; lLast <= 0xBF; ++lLast) {
+        for (const int lMiddle : {0x80, 0x81}) {
+            const std::string lText = {'\xE2', static_cast<char>(lMiddle), static_cast<char>(lLast)};
+            const bool lUnsafe = lMiddle == 0x80 ? lLast >= 0xA8 && lLast <= 0xAE : lLast >= 0xA6 && lLast <= 0xA9;
+            EXPECT_EQ(Text(lText).substr(0, 4) == "\\xE2", lUnsafe) << lLast;
+            EXPECT_EQ(Text(lText).size(), lUnsafe ? 12u : 3u);
+        }
+    }
     EXPECT_EQ(Text("\\n"), "\\\\n");
 }
 

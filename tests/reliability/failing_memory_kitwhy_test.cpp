@@ -16,39 +16,39 @@ std::string ResultOf(KLyrPushResult pResult) {
 }
 
 // An own text and an own blob that equal what is inherited.
-void MakeRedundant(S& p) {
-    p.mPage->SetValueInherit(S::eText, eLyrOverride);
-    p.mPage->SetValueInherit(S::eBlobId, eLyrOverride);
+void MakeRedundant(S& pStage) {
+    pStage.mPage->SetValueInherit(S::eText, eLyrOverride);
+    pStage.mPage->SetValueInherit(S::eBlobId, eLyrOverride);
 }
 
-void MakeBelowHold(S& p) {
+void MakeBelowHold(S& pStage) {
     const double lNumber = 7;
-    p.mBelow->Set(S::eText, &p.mLong, eSTRING, false);
-    p.mBelow->Set(S::eNumber, &lNumber, eDOUBLE1, false);
+    pStage.mBelow->Set(S::eText, &pStage.mLong, eSTRING, false);
+    pStage.mBelow->Set(S::eNumber, &lNumber, eDOUBLE1, false);
 }
 
 constexpr int kAdded = 9;
 
-void MakeAdded(S& p) {
-    MakeBelowHold(p);
-    p.mBelow->Add(0, "added", eSTRING);
-    p.mBelow->Add(0, "also added", eDOUBLE1);
-    p.mBelow->ConnectSrc(kAdded, p.mPeer.get(), 0, eLyrConnectionData);
+void MakeAdded(S& pStage) {
+    MakeBelowHold(pStage);
+    pStage.mBelow->Add(0, "added", eSTRING);
+    pStage.mBelow->Add(0, "also added", eDOUBLE1);
+    pStage.mBelow->ConnectSrc(kAdded, pStage.mPeer.get(), 0, eLyrConnectionData);
 }
 
 // A push of a page reports that it found no memory for an entry.
-std::string PushedAdded(S& p) {
-    const std::string lAnswer = ResultOf(lyrPushProperty(p.Below(kAdded)));
-    for (const std::string& lMessage : p.mReports.Take())
+std::string PushedAdded(S& pStage) {
+    std::string lAnswer = ResultOf(lyrPushProperty(pStage.Below(kAdded)));
+    for (const std::string& lMessage : pStage.mReports.Take())
         EXPECT_EQ(lMessage, "lParentEntry");
     return lAnswer;
 }
 
 // A description with a text as its limit that equals the inherited one.
-void MakeAlikeDescription(S& p) {
+void MakeAlikeDescription(S& pStage) {
     const KString lLimit("limit");
-    p.mPage->ChangePropertyItemState<KLyrPropertyInfo>(nullptr, S::eLimit, eLyrOverride);
-    p.mPage->SetMinMax(S::eLimit, KLyrPropertyInfo::eValueMin, &lLimit, eSTRING);
+    pStage.mPage->ChangePropertyItemState<KLyrPropertyInfo>(nullptr, S::eLimit, eLyrOverride);
+    pStage.mPage->SetMinMax(S::eLimit, KLyrPropertyInfo::eValueMin, &lLimit, eSTRING);
 }
 
 std::string Foretold(const KLyrPropertyHandle& pProperty) {
@@ -69,17 +69,17 @@ std::string Written(Write pWrite) {
 }
 
 const Operation<S> kOperations[] = {
-    {"FindsRedundantTexts", [](S& p) { return Answer(lyrRedundancyOf(p.Here(S::eText)).mValue); }, "false",
+    {"FindsRedundantTexts", [](S& pStage) { return Answer(lyrRedundancyOf(pStage.Here(S::eText)).mValue); }, "false",
      Refused::eChangesNothing, MakeRedundant},
-    {"FindsRedundantBlobs", [](S& p) { return Answer(lyrRedundancyOf(p.Here(S::eBlobId)).mValue); }, "false",
+    {"FindsRedundantBlobs", [](S& pStage) { return Answer(lyrRedundancyOf(pStage.Here(S::eBlobId)).mValue); }, "false",
      Refused::eChangesNothing, MakeRedundant},
-    {"DropsARedundantText", [](S& p) { return Answer(lyrDropRedundant(p.Here(S::eText))); }, "0",
+    {"DropsARedundantText", [](S& pStage) { return Answer(lyrDropRedundant(pStage.Here(S::eText))); }, "0",
      Refused::eChangesNothing, MakeRedundant},
-    {"ForetellsAPush", [](S& p) { return Foretold(p.Here(S::eText)); }, "change", Refused::eChangesNothing,
+    {"ForetellsAPush", [](S& pStage) { return Foretold(pStage.Here(S::eText)); }, "change", Refused::eChangesNothing,
      MakeRedundant},
-    {"ForetellsAPushOfADescription", [](S& p) { return Foretold(p.Here(S::eLimit)); }, "change",
+    {"ForetellsAPushOfADescription", [](S& pStage) { return Foretold(pStage.Here(S::eLimit)); }, "change",
      Refused::eChangesNothing, MakeAlikeDescription},
-    {"PushesOneText", [](S& p) { return ResultOf(lyrPushProperty(p.Below(S::eText))); }, "no memory",
+    {"PushesOneText", [](S& pStage) { return ResultOf(lyrPushProperty(pStage.Below(S::eText))); }, "no memory",
      Refused::eChangesNothing, MakeBelowHold},
     {"PushesAnAddedProperty", PushedAdded, "no memory", Refused::eChangesNothing, MakeAdded},
 };
@@ -93,23 +93,28 @@ INSTANTIATE_TEST_SUITE_P(Inheritance, FailingMemoryKitWhy, testing::ValuesIn(kOp
 // A second try, once there is memory, is a question like the first.
 const Operation<S> kDumps[] = {
     {"DumpsAProperty",
-     [](S& p) { return Written([&](std::ostream& pStream) { return lyrDump(pStream, p.Here(S::eText)); }); },
+     [](S& pStage) { return Written([&](std::ostream& pStream) { return lyrDump(pStream, pStage.Here(S::eText)); }); },
      "refused"},
     {"DumpsLimits",
-     [](S& p) { return Written([&](std::ostream& pStream) { return lyrDump(pStream, p.Below(S::eLimit)); }); },
+     [](S& pStage) {
+         return Written([&](std::ostream& pStream) { return lyrDump(pStream, pStage.Below(S::eLimit)); });
+     },
      "refused"},
     {"DumpsAMatrix",
-     [](S& p) { return Written([&](std::ostream& pStream) { return lyrDump(pStream, p.Top(kAdded)); }); }, "refused",
-     Refused::eChangesNothing, [](S& p) { p.mTop->Add(0, "matrix", eDOUBLE44); }},
+     [](S& pStage) { return Written([&](std::ostream& pStream) { return lyrDump(pStream, pStage.Top(kAdded)); }); },
+     "refused", Refused::eChangesNothing, [](S& pStage) { pStage.mTop->Add(0, "matrix", eDOUBLE44); }},
     {"DumpsAFamily",
-     [](S& p) { return Written([&](std::ostream& pStream) { return lyrDumpFamily(pStream, p.Below()); }); }, "refused"},
+     [](S& pStage) { return Written([&](std::ostream& pStream) { return lyrDumpFamily(pStream, pStage.Below()); }); },
+     "refused"},
     {"DrawsAPage",
-     [](S& p) { return Written([&](std::ostream& pStream) { return lyrDumpConnectionsAsDot(pStream, p.Here()); }); },
+     [](S& pStage) {
+         return Written([&](std::ostream& pStream) { return lyrDumpConnectionsAsDot(pStream, pStage.Here()); });
+     },
      "refused"},
     {"DrawsAFamily",
-     [](S& p) {
+     [](S& pStage) {
          return Written([&](std::ostream& pStream) {
-             const KLyrPropertyHandle lPages[] = {p.Below(), p.Peer(), p.Type()};
+             const KLyrPropertyHandle lPages[] = {pStage.Below(), pStage.Peer(), pStage.Type()};
              return lyrDumpFamilyConnectionsAsDot(pStream, lPages, 3);
          });
      },

@@ -58,11 +58,12 @@ TEST(HostileKitWhy, Overrides) {
     });
 }
 
+constexpr int kNoReverts[] = {INT_MIN, -1, 3, INT_MAX};
+
 TEST(HostileKitWhy, GoingBack) {
-    constexpr int kNoReverts[] = {INT_MIN, -1, 3, INT_MAX};
     MakeHostileCalls<HostilePages>({
         {"lyrRevert", kNothing,
-         [&](HostilePages& pPages) {
+         [](HostilePages& pPages) {
              for (const KLyrPropertyHandle& lProperty : NoProperties(pPages))
                  EXPECT_FALSE(lyrRevert(lProperty, KLyrRevert::eBoth));
              const KLyrPropertyHandle lOwn(pPages.mBelow.get(), HostilePages::kChild);
@@ -72,7 +73,7 @@ TEST(HostileKitWhy, GoingBack) {
              EXPECT_FALSE(lyrRevert(KLyrPropertyHandle(pPages.mPage.get(), HostilePages::kChild)));
          }},
         {"lyrRevertSubtree", kNothing,
-         [&](HostilePages& pPages) {
+         [](HostilePages& pPages) {
              for (const KLyrPropertyHandle& lProperty : NoProperties(pPages))
                  EXPECT_EQ(lyrRevertSubtree(lProperty, KLyrRevert::eBoth), 0);
              for (const int lWhat : kNoReverts)
@@ -80,7 +81,7 @@ TEST(HostileKitWhy, GoingBack) {
              EXPECT_EQ(lyrRevertSubtree({pPages.mTop.get(), 0}), 0);
          }},
         {"lyrRevertAll", kNothing,
-         [&](HostilePages& pPages) {
+         [](HostilePages& pPages) {
              EXPECT_EQ(lyrRevertAll(KLyrPropertyHandle()), 0);
              EXPECT_EQ(lyrRevertAll({nullptr, 0}), 0);
              EXPECT_EQ(lyrRevertAll({pPages.mPage.get(), INT_MIN}), 0);
