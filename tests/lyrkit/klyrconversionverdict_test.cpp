@@ -94,6 +94,31 @@ TEST(ConversionVerdict, IsWhatTheTableSaysForEveryPair) {
     });
 }
 
+TEST(ConversionVerdict, RestsOnTheRangesOfNumbers) {
+    const auto lExpect = [](ELyrType pType, int pDigits, bool pIsSigned, bool pIsInteger) {
+        const detail::NumberRange lRange = detail::RangeOfCode(pType);
+        EXPECT_EQ(lRange.mDigits, pDigits) << pType;
+        EXPECT_EQ(lRange.mIsSigned, pIsSigned) << pType;
+        EXPECT_EQ(lRange.mIsInteger, pIsInteger) << pType;
+    };
+    lExpect(eBYTE1, 7, true, true);
+    lExpect(eUBYTE1, 8, false, true);
+    lExpect(eSHORT1, 15, true, true);
+    lExpect(eUSHORT1, 16, false, true);
+    lExpect(eUINTEGER1, 32, false, true);
+    lExpect(eLONGLONG1, 63, true, true);
+    lExpect(eULONGLONG1, 64, false, true);
+    lExpect(eHALFFLOAT, 11, true, false);
+    lExpect(eBOOL1, 1, false, true);
+    lExpect(eINTEGER1, 31, true, true);
+    lExpect(eENUM, 31, true, true);
+    lExpect(eFLOAT1, 24, true, false);
+    lExpect(eDOUBLE1, 53, true, false);
+    for (const ELyrType lType : {eUNIDENTIFIED, eDOUBLE2, eDOUBLE3, eDOUBLE4, eDOUBLE44, eSTRING, eTIME, eREFERENCE,
+                                 eBLOB, eDISTANCE, eDATETIME, eMAX_TYPES})
+        lExpect(lType, 0, false, false);
+}
+
 TEST(ConversionVerdict, OfWhatIsNoCodeIsARefusalWithAReport) {
     for (int lCode : {-1, static_cast<int>(eMAX_TYPES), INT_MIN, INT_MAX}) {
         EXPECT_EQ(lyrConversionVerdict(Code(lCode), eDOUBLE1), eLyrRefusedWithReport);

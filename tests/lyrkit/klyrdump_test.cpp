@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "tests/support/failing_memory.h"
+#include "tests/support/handle_pages.h"
 #include "tests/support/page_family.h"
 
 namespace lyrsdk {
@@ -169,6 +170,22 @@ TEST_F(DumpTest, APageThatLostItsRootPropertyIsShown) {
 TEST_F(DumpTest, AConnectionWhoseOtherEndIsGoneIsNoMore) {
     mLamps.mSwitch.reset();
     EXPECT_EQ(DumpOf(Desk()).find("<-"), std::string::npos);
+}
+
+TEST_F(DumpTest, AConnectionItemOfNoPageIsNowhere) {
+    KLyrPropertyConnect* lNowhere = KLyrPropertyConnect::Create(nullptr, 7);
+    ASSERT_NE(lNowhere, nullptr);
+    lNowhere->IncRef();
+    OwnedRoot lPage(KLyrPropertyHandle::Create("page", eUNIDENTIFIED));
+    const KLyrPropertyHandle lPeer = lPage->Add("peer", eREFERENCE);
+    ASSERT_TRUE(lPeer.GetPage()->ConnectSrc(lPeer.GetId(), lPage->GetPage(), 0, eLyrConnectionData));
+    KLyrPropertyConnect* lItem = lPeer.GetPage()->GetPropertyItem<KLyrPropertyConnect>(nullptr, lPeer.GetId());
+    ASSERT_TRUE(lItem->ConnectSrc(lNowhere, eLyrConnectionData));
+    EXPECT_NE(DumpOf(*lPage).find("<- nowhere ("), std::string::npos) << DumpOf(*lPage);
+    std::ostringstream lGraph;
+    EXPECT_TRUE(lyrDumpConnectionsAsDot(lGraph, *lPage));
+    lNowhere->DecRef();
+    EXPECT_EQ(DumpOf(*lPage).find("nowhere"), std::string::npos);
 }
 
 TEST_F(DumpTest, WhatDoesNotExistIsRefusedAndNothingIsWritten) {

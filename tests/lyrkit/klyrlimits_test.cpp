@@ -218,6 +218,79 @@ TEST_F(Limits, ThatContradictGoToTheMaximum) {
     EXPECT_EQ(lyrClamp(lApart, 50.0, eLyrAllLimits), 20.0) << "the hard ones come last";
 }
 
+template <typename T>
+void ExpectClampedTo(const H& pProperty, T pBelow, T pMin, T pAbove, T pMax) {
+    EXPECT_EQ(lyrValidate(pProperty, pBelow), eLyrBelowMin);
+    EXPECT_EQ(lyrClamp(pProperty, pBelow), pMin);
+    EXPECT_EQ(lyrClamp(pProperty, pMin), pMin);
+    EXPECT_EQ(lyrValidate(pProperty, pAbove), eLyrAboveMax);
+    EXPECT_EQ(lyrClamp(pProperty, pAbove), pMax);
+}
+
+enum class Shade : int { eBlack, eGrey, eWhite };
+
+TEST_F(Limits, ClampNumbersOfEveryType) {
+    const H lProperty = Bounded(5.0, 2.5, 9.5);
+    ExpectClampedTo<signed char>(lProperty, -1, 3, 100, 9);
+    ExpectClampedTo<unsigned char>(lProperty, 1, 3, 100, 9);
+    ExpectClampedTo<short>(lProperty, -1, 3, 100, 9);
+    ExpectClampedTo<unsigned short>(lProperty, 1, 3, 100, 9);
+    ExpectClampedTo<int>(lProperty, -1, 3, 100, 9);
+    ExpectClampedTo<unsigned int>(lProperty, 1, 3, 100, 9);
+    ExpectClampedTo<long long>(lProperty, -1, 3, 100, 9);
+    ExpectClampedTo<unsigned long long>(lProperty, 1, 3, 100, 9);
+    ExpectClampedTo<float>(lProperty, -1, 2.5f, 100, 9.5f);
+    ExpectClampedTo<double>(lProperty, -1, 2.5, 100, 9.5);
+    EXPECT_EQ(lyrClamp(Bounded(true, 0.5, 3.0), false), true);
+    const H lShade = Bounded(Shade::eGrey, 1, 1);
+    ExpectClampedTo(lShade, Shade::eBlack, Shade::eGrey, Shade::eWhite, Shade::eGrey);
+    EXPECT_EQ(lyrClamp(H(), Shade::eWhite), std::nullopt);
+}
+
+TEST_F(Limits, ThatAFloatCannotHoldClampToTheNextOneInside) {
+    const float lMost = std::numeric_limits<float>::max();
+    const float lInfinity = std::numeric_limits<float>::infinity();
+    EXPECT_EQ(lyrClamp(Bounded(0.0, 1e300, kInfinity), 0.0f), lInfinity);
+    EXPECT_EQ(lyrClamp(Bounded(0.0, 0.0, 1e300), lInfinity), lMost);
+    EXPECT_EQ(lyrClamp(Bounded(0.0, -1e300, 0.0), -lInfinity), -lMost);
+    EXPECT_EQ(lyrClamp(Bounded(0.0, -kInfinity, -1e300), 0.0f), -lInfinity);
+}
+
+TEST_F(Limits, LeaveElementsWithoutALimitAlone) {
+    const H lVector = Bounded(lyrDouble3(), std::array<double, 3>{0, kNan, 0}, std::array<double, 3>{1, kNan, 1});
+    const auto lClamped = lyrClamp(lVector, std::array<double, 3>{5, kNan, 0.5});
+    ASSERT_TRUE(lClamped);
+    EXPECT_EQ((*lClamped)[0], 1);
+    EXPECT_TRUE(std::isnan((*lClamped)[1]));
+    EXPECT_EQ(lyrClamp(lVector, std::array<double, 3>{5, 0, kNan}), std::nullopt);
+}
+
+TEST_F(Limits, AreThoseThatAreAskedFor) {
+    const H lHard = lyrBuild(*mPage, "hard", "m").Max("z");
+    EXPECT_EQ(lyrValidate(lHard, "b", eLyrHardLimits), eLyrLimitsRefused);
+    EXPECT_EQ(lyrValidate(lHard, "b", eLyrSoftLimits), eLyrWithinLimits);
+    const H lSoft = lyrBuild(*mPage, "soft", "m").SoftMax("z");
+    EXPECT_EQ(lyrValidate(lSoft, "b", eLyrHardLimits), eLyrWithinLimits);
+    EXPECT_EQ(lyrValidate(lSoft, "b", eLyrSoftLimits), eLyrLimitsRefused);
+    const H lOne = lyrBuild(*mPage, "one", 5.0).SoftMin(3.0).Max(7.0);
+    EXPECT_EQ(lyrClamp(lOne, 1.0), 1.0);
+    EXPECT_EQ(lyrClamp(lOne, 1.0, eLyrSoftLimits), 3.0);
+    EXPECT_EQ(lyrClamp(lOne, 9.0, eLyrAllLimits), 7.0);
+    EXPECT_EQ(lyrClamp(lOne, 9.0, eLyrSoftLimits), 9.0);
+}
+
+TEST_F(Limits, OfTimesClampToTheOneThatWasPassed) {
+    KTime lTimes[5];
+    for (int i = 0; i < 5; ++i)
+        lTimes[i].SetSecondDouble(i);
+    const H lTime = lyrBuild(*mPage, "time", lTimes[2]).Limits(lTimes[1], lTimes[3]).SoftMax(lTimes[2]);
+    EXPECT_EQ(lyrClamp(lTime, lTimes[0])->Get(), lTimes[1].Get());
+    EXPECT_EQ(lyrClamp(lTime, lTimes[4])->Get(), lTimes[3].Get());
+    EXPECT_EQ(lyrClamp(lTime, lTimes[4], eLyrAllLimits)->Get(), lTimes[2].Get());
+    EXPECT_EQ(lyrValidate(lTime, 2.5), eLyrLimitsRefused) << "no number becomes a time";
+    EXPECT_EQ(lyrValidate(mPower, lyrDouble3()), eLyrBelowSoftMin) << "its first element counts";
+}
+
 TEST_F(Limits, TakeNoMemory) {
     const H lMatrix = Bounded(lyrDouble44(), lyrDouble44(), lyrDouble44());
     const std::size_t lBefore = MemoryProbe::Allocations();

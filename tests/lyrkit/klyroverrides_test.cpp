@@ -300,5 +300,22 @@ TEST(Overrides, APageThatWentBackReadsAsThePageAbove) {
     }
 }
 
+TEST_F(OverridesTest, AVisitorOfWhatIsRedundantMayEndTheWalk) {
+    const double lValue = 0;
+    const KString lText;
+    mPage->Set(kPower, &lValue, eDOUBLE1, false);
+    mPage->Set(kName, &lText, eSTRING, false);
+    ASSERT_EQ(lyrVisitRedundant(At(0), [](const KLyrRedundancy&) { return true; }), 2);
+    int lSeen = 0;
+    EXPECT_EQ(lyrVisitRedundant(At(0),
+                                [&](const KLyrRedundancy& pFound) {
+                                    lSeen = pFound.mProperty.GetId();
+                                    return false;
+                                }),
+              1);
+    EXPECT_EQ(lSeen, kPower);
+    EXPECT_EQ(lyrVisitOverrides(At(0), [](const KLyrOverride&) { return false; }), 1);
+}
+
 }  // namespace
 }  // namespace lyrsdk

@@ -306,6 +306,12 @@ TEST_F(TypedPages, RefuseWhatIsNotThere) {
     EXPECT_FALSE(IsOwn(eDOUBLE1));
 }
 
+TEST_F(TypedPages, ReadNoIndexWhereThereIsNone) {
+    enum class Choice : int { eFirst, eSecond };
+    EXPECT_EQ(lyrGet<Choice>(KLyrPropertyHandle()), std::nullopt);
+    EXPECT_EQ(lyrGet<signed char>(KLyrPropertyHandle()), std::nullopt);
+}
+
 TEST_F(TypedPages, MakeTheReportsOfTheHandle) {
     ReportRecorder lReports;
     EXPECT_EQ(lyrGet<KTime>(Of(eDOUBLE1)), std::nullopt);
