@@ -198,6 +198,82 @@ void WalkInstanceAndOverride(int pCount) {
     Expect(lSeen == pCount - 1, "every descendant was visited");
 }
 
+// --- properties of many pages, and properties that come -------------------------------------------------------------
+
+// A chain of pStem properties below pParent; gives the last one.
+int AddStem(KLyrPropertyPage* pPage, int pParent, int pStem) {
+    for (int i = 0; i < pStem; ++i)
+        pParent = pPage->Add(pParent, "stem", eINTEGER1);
+    return pParent;
+}
+
+// An instance that has as many as its page, far below the ancestor, and the page got its own last.
+void WalkInstanceOfGrownPage(int pCount) {
+    PagePtr lPage = MakePage({0, 0});
+    PagePtr lInstance = MakeInstance(lPage.get());
+    const int lParent = AddStem(lInstance.get(), 1, 40);
+    for (KLyrPropertyPage* lAddTo : {lInstance.get(), lPage.get()})
+        for (int i = 0; i < pCount; ++i)
+            lAddTo->Add(lParent, "own", eINTEGER1);
+    int lSeen = 0;
+    {
+        const CountedWork lWork;
+        lSeen = CountDescendents(lInstance.get(), 1);
+    }
+    Expect(lSeen == 40 + 2 * pCount, "every descendant was visited");
+}
+
+// A chain of pages with 100 properties each, and one in the subtree that is walked. A step looks at every page.
+void WalkChainOfSmallPages(int pCount) {
+    PagePtr lPage = MakePage({0, 0, 0});
+    lPage->Add(1, "first", eINTEGER1);
+    std::vector<PagePtr> lChain;
+    for (int i = 0; i < pCount; ++i) {
+        lChain.push_back(MakeInstance(i == 0 ? lPage.get() : lChain.back().get()));
+        for (int j = 0; j < 100; ++j)
+            lChain.back()->Add(2, "other", eINTEGER1);
+    }
+    lChain.back()->Add(1, "last", eINTEGER1);
+    int lSeen = 0;
+    {
+        const CountedWork lWork;
+        lSeen = CountDescendents(lChain.back().get(), 1);
+    }
+    Expect(lSeen == 2, "every descendant was visited");
+    while (!lChain.empty())
+        lChain.pop_back();
+}
+
+// Each property gets a child when the walk comes to it.
+void WalkChainThatGrows(int pCount) {
+    PagePtr lPage = MakePage(Wide(200));
+    int lLast = lPage->Add(1, "first", eINTEGER1);
+    int lSeen = 0;
+    {
+        const CountedWork lWork;
+        lSeen = VisitDescendents(lPage.get(), 1, [&](int pId) {
+            if (pId - lLast < pCount)
+                lPage->Add(pId, "next", eINTEGER1);
+        });
+    }
+    Expect(lSeen == pCount + 1, "every descendant was visited");
+}
+
+// A small subtree, walked whenever a property came at the end of a long chain elsewhere.
+void WalkAndAddFarBelow(int pCount) {
+    PagePtr lPage = MakePage({0, 0, 0, 1});
+    int lEnd = AddStem(lPage.get(), 2, pCount);
+    int lSeen = 0;
+    {
+        const CountedWork lWork;
+        for (int i = 0; i < 20; ++i) {
+            lEnd = lPage->Add(lEnd, "new", eINTEGER1);
+            lSeen += CountDescendents(lPage.get(), 1);
+        }
+    }
+    Expect(lSeen == 20, "the descendant was visited each time");
+}
+
 // Two subtrees, one step in each.
 void TwoInTurns(int pCount) {
     PagePtr lPage = MakePage(Interleaved(4 * pCount, pCount));
@@ -243,6 +319,10 @@ std::vector<GrowthLaw> WalkLaws() {
         {"descendants.and-add", "n log n", kSizes, WalkAnd(eInTurn, AddElsewhere)},
         {"descendants.and-override", "n log n", kSizes, WalkInstanceAndOverride},
         {"descendants.and-instance", "n log n", {100, 800, 6400}, WalkAnd(eInTurn, MakeAndDestroyInstance)},
+        {"descendants.and-add-below", "n log n", kSizes, WalkChainThatGrows},
+        {"descendants.and-add-far-below", "log n", kSizes, WalkAndAddFarBelow},
+        {"descendants.instance-of-grown-page", "n log n", {500, 4000}, WalkInstanceOfGrownPage},
+        {"descendants.chain-of-small-pages", "n log n", {10, 80, 640}, WalkChainOfSmallPages},
         {"descendants.nested", "n log n", {100, 800, 6400}, WalkAnd(eInTurn, WalkItsSubtree)},
         {"descendants.two-in-turns", "n log n", {100, 800, 6400}, TwoInTurns},
     };
