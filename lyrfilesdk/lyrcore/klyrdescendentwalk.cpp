@@ -99,6 +99,22 @@ bool KLyrDescendentWalk::Collect(const KLyrPropertyPage* pPage, int pAncestorId,
     return true;
 }
 
+bool KLyrDescendentWalk::Has(int pId) const {
+    return std::binary_search(mList->mIds, mList->mIds + mList->mCount, pId);
+}
+
+bool KLyrDescendentWalk::Take(int pId, bool pIsDescendent) {
+    List& lList = *mList;
+    if (pIsDescendent) {
+        if (lList.mCount == mCapacity)
+            return false;
+        lList.mPosition = lList.mCount;
+        lList.mIds[lList.mCount++] = pId;
+    }
+    lList.mEnd = pId + 1;
+    return true;
+}
+
 bool KLyrDescendentWalk::IsDueAfterMiss() {
     const List& lList = OtherList();
     if (mMisses - kFewMisses >= (lList.mPage ? lList.mCount : 0))

@@ -5,14 +5,15 @@
 // Descendants come in the order of their ids, wherever in the tree they are. So a step that does not find the next one
 // among the next ids collects all of them, in k log n, and the steps after it look there. Two lists are kept, so that
 // one walk may go on within another one or in turn with it. The numbers are in a block that grows with the pages, so
-// that a walk allocates nothing; it takes 16 to 32 bytes a property.
+// that a walk allocates nothing; it takes 8 to 16 bytes a property.
 //
 // A third walk that wants a list first looks at as many ids in vain as the one that it takes the place of has: walks
 // that take turns cost what looking at every id does, and not a new list a step.
 //
 // Adding properties and overriding them leaves what was collected valid: a new property has a larger id than all that
-// were there. So does removing a property without children, which is left out from then on. Removing one with children
-// makes it a list of candidates. Everything else makes the next step collect anew.
+// were there, and is taken into a list when a walk comes to the list's end. So does removing a property without
+// children, which is left out from then on. Removing one with children makes it a list of candidates. Everything else
+// makes the next step collect anew.
 
 #include <cstddef>
 
@@ -40,6 +41,10 @@ public:
     // Whether all that is in the list are descendants, and whether all of them still exist, too.
     bool IsExact() const { return mList->mState != eCandidates; }
     bool IsWhole() const { return mList->mState == eWhole; }
+    bool Has(int pId) const;
+    // Takes in the property behind the list, which is there, or passes over it when it is no descendant. False when
+    // there is no room for it.
+    bool Take(int pId, bool pIsDescendent);
     // The id up to which, without it, the list goes.
     int GetEnd() const { return mList->mEnd; }
     int GetCount() const { return mList->mCount; }

@@ -21,9 +21,6 @@ constexpr unsigned int kDeadRecords = 32;
 // A page gets its table and index with this many entries, and keeps them until it has too few for a table.
 constexpr int kIndexedFrom = 32;
 
-// From this many entries on, walks over descendants get room of their own.
-constexpr int kWalkedFrom = 128;
-
 }  // namespace
 
 // --- the id generator ----------------------------------------------------------------------------------------------
@@ -131,6 +128,7 @@ KLyrPropertyPage::~KLyrPropertyPage() {
     if (mIdGenerator) {
         if (mIdGenerator->mWalk)
             mIdGenerator->mWalk->PageGoes(this);
+        mIdGenerator->mEntryCount -= static_cast<std::size_t>(mEntries.GetSize());
         mIdGenerator->DecRef();
     }
 }
@@ -282,7 +280,7 @@ int KLyrPropertyPage::AddEntry(int pParentId, KLyrPropertyInfo* pInfo, KLyrPrope
     if (!lEntry) {
         if (lName.mSecond)
             lNames.Remove(lKey);
-        mEntries.Remove(lId);
+        RemoveRecord(lId);
         return -1;
     }
 
@@ -339,7 +337,13 @@ KPair<KLyrPropertyPage::KEntryMap::RecordType*, bool> KLyrPropertyPage::InsertRe
             return KPair<KEntryMap::RecordType*, bool>(nullptr, false);
     }
     mIdBits |= BitOf(pId);
+    ++mIdGenerator->mEntryCount;
     return mEntries.Insert(pId, pEntry);
+}
+
+void KLyrPropertyPage::RemoveRecord(int pId) {
+    mEntries.Remove(pId);
+    --mIdGenerator->mEntryCount;
 }
 
 KLyrPropertyEntry* KLyrPropertyPage::InsertOwnEntry(int pId, int pParentId) {
@@ -368,7 +372,7 @@ bool KLyrPropertyPage::RemoveOwnEntry(int pId) {
     TakeFromTable(pId, lEntry);
     if (mIdGenerator->mWalk && !Inherits(pId))
         mIdGenerator->mWalk->PropertyRemoved(pId);
-    mEntries.Remove(pId);
+    RemoveRecord(pId);
     if (mEntries.GetSize() < kFewestInTable)
         RenewIdBits();
     DestroyEntry(pId, lEntry);
@@ -388,8 +392,7 @@ void KLyrPropertyPage::RenewIdBits() {
 void KLyrPropertyPage::PutIntoTable(int pId, KLyrPropertyEntry* pEntry) {
     const int lCount = mEntries.GetSize();
     const bool lDoubled = lCount >= kIndexedFrom && (lCount & (lCount - 1)) == 0;
-    if (lDoubled && lCount >= kWalkedFrom)
-        EnlargeWalk();
+    EnlargeWalk();
     if (mTable ? !mTable->Add(pId, pEntry, lCount) : lDoubled)
         mTable = EntryTable::Renew(mEntries, mTable);
     if (!GetIndex()) {
@@ -400,12 +403,14 @@ void KLyrPropertyPage::PutIntoTable(int pId, KLyrPropertyEntry* pEntry) {
     }
 }
 
-// Room for the properties that this page sees, until there are twice as many.
+// Room for all properties that any page of the family may see, until there are twice as many: each has an id that was
+// handed out, and an entry.
 void KLyrPropertyPage::EnlargeWalk() {
-    std::size_t lSeen = 0;
-    for (const KLyrPropertyPage* lPage = this; lPage; lPage = lPage->mInstanceOf)
-        lSeen += static_cast<std::size_t>(lPage->mEntries.GetSize());
-    mIdGenerator->mWalk = KLyrDescendentWalk::Enlarge(mIdGenerator->mWalk, 2 * lSeen);
+    const std::size_t lMost = std::min(static_cast<std::size_t>(EndOfIds()), mIdGenerator->mEntryCount);
+    if (lMost < mIdGenerator->mEnlargeFrom)
+        return;
+    mIdGenerator->mEnlargeFrom = 2 * lMost;
+    mIdGenerator->mWalk = KLyrDescendentWalk::Enlarge(mIdGenerator->mWalk, 2 * lMost);
 }
 
 void KLyrPropertyPage::TakeFromTable(int pId, KLyrPropertyEntry* pEntry) {

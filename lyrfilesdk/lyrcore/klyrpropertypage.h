@@ -29,8 +29,8 @@
 // ids lie. The last two walks are remembered for the family: three that take turns, and all once a property was added
 // under a larger id than its own, may look at every id between two descendants. No lookup, read or walk allocates. The
 // memory of entries that went is used again: a page holds room for about twice the entries it had most at a time. A
-// page of 32 entries or more has a table and an index beside them, at about 125 bytes an entry (75 on 32 bit), and the
-// family of a page of 128 has the room for walks, at 16 to 32.
+// page of 32 entries or more has a table and an index beside them, at about 125 bytes an entry (75 on 32 bit), and a
+// family of 128 properties has the room for walks, at 8 to 16.
 //
 // A page family is used by one thread at a time. While nobody changes it, several threads may read it together, but for
 // what writes down where it is: walks over descendants, and connections seen through a filter. Different families may
@@ -81,8 +81,11 @@ private:
     unsigned mRef = 0;
     int mNextId = 0;
 
-    // The last walk over descendants in the family; null as long as the pages are small.
+    // The last walks over descendants in the family; null as long as it is small.
     KLyrDescendentWalk* mWalk = nullptr;
+    // Entries of all pages of the family, and with how many of them the walks are to get more room.
+    std::size_t mEntryCount = 0;
+    std::size_t mEnlargeFrom = 128;
     // A property was added under an id that was not there yet.
     bool mHasOddParents = false;
 };
@@ -332,6 +335,7 @@ private:
     bool Expand(int pId, KLyrPropertyPage* pTypeInfo);
     void UndoAdd(int pFirstId);
     KPair<KEntryMap::RecordType*, bool> InsertRecord(int pId, KLyrPropertyEntry* pEntry);
+    void RemoveRecord(int pId);
     KLyrPropertyEntry* InsertOwnEntry(int pId, int pParentId);
     KLyrPropertyEntry* FindOwnEntry(int pId) const;
     // Null for an id without a slot, too.
@@ -349,6 +353,7 @@ private:
     bool Inherits(int pId) const;
     EAscent Ascend(int pId, int pAncestorId) const;
     int NextCollected(int pAncestorId, int pId) const;
+    int NextAdded(int pAncestorId, int pId) const;
     KLyrDescendentWalk* WalkFor(int pAncestorId) const;
     bool IsCollected(int pAncestorId) const;
     int EndOfIds() const;

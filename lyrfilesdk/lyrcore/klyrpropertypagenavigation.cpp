@@ -137,7 +137,7 @@ int KLyrPropertyPage::GetNextDescendent(int pAnscestorId, int pId) const {
     return NextCollected(pAnscestorId, pId);
 }
 
-// The family's walk knows the next one, but for properties that were added since the descendants were collected.
+// The next one among the descendants that were collected.
 int KLyrPropertyPage::NextCollected(int pAncestorId, int pId) const {
     KLyrDescendentWalk* lWalk = mIdGenerator->mWalk;
     int lId = lWalk->NextBehind(pId);
@@ -152,7 +152,30 @@ int KLyrPropertyPage::NextCollected(int pAncestorId, int pId) const {
             return NextDescendentByScan(pAncestorId, pId);  // LCOV_EXCL_LINE: there was room for more of them
         lId = lWalk->NextBehind(pId);
     }
-    return lId != -1 ? lId : NextDescendentByScan(pAncestorId, std::max(pId, lWalk->GetEnd() - 1));
+    return lId != -1 ? lId : NextAdded(pAncestorId, pId);
+}
+
+// The same among the properties that were added since. Each of them is looked at once, and its parent tells: that one
+// has a smaller id.
+int KLyrPropertyPage::NextAdded(int pAncestorId, int pId) const {
+    KLyrDescendentWalk* lWalk = mIdGenerator->mWalk;
+    if (!lWalk->IsExact() && lWalk->GetEnd() < EndOfIds()) {
+        if (!lWalk->Collect(this, pAncestorId, EndOfIds()))
+            return NextDescendentByScan(pAncestorId, pId);
+        const int lId = lWalk->NextBehind(pId);
+        if (lId != -1)
+            return lId;
+    }
+    KLyrPropertyEntry* lEntry = nullptr;
+    for (int lId; (lId = GetMinimumPropertyIdAndEntry(lWalk->GetEnd() - 1, &lEntry)) != -1;) {
+        const int lParent = lEntry->GetParentId();
+        const bool lIsBelow = lParent == pAncestorId || (lWalk->Has(lParent) && GetPropertyEntry(lParent));
+        if (lId == INT_MAX || !lWalk->Take(lId, lIsBelow))
+            return NextDescendentByScan(pAncestorId, std::max(pId, lWalk->GetEnd() - 1));
+        if (lIsBelow && lId > pId)
+            return lId;
+    }
+    return -1;
 }
 
 int KLyrPropertyPage::NextDescendentByScan(int pAnscestorId, int pId) const {
@@ -164,13 +187,13 @@ int KLyrPropertyPage::NextDescendentByScan(int pAnscestorId, int pId) const {
     return lId;
 }
 
-// Looks for an ancestor that is not far up.
+// Looks for an ancestor that is not far up, where no parent has a larger id than its children.
 KLyrPropertyPage::EAscent KLyrPropertyPage::Ascend(int pId, int pAncestorId) const {
     for (int i = 0; i < kFewSteps; ++i) {
         pId = GetParent(pId);
         if (pId == pAncestorId)
             return eArrived;
-        if (pId == -1 || (pId < pAncestorId && !mIdGenerator->mHasOddParents))
+        if (pId < pAncestorId)
             return eMissed;
     }
     return eTooFar;
