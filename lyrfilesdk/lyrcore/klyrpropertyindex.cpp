@@ -129,9 +129,12 @@ int KLyrPropertyIndex::NextSibling(const KLyrPropertyEntry* pEntry) {
 // --- namesakes -----------------------------------------------------------------------------------------------------
 
 // An entry stands above those of lower rank. Ids that come in order have ranks in no order, which keeps a tree flat.
+// One multiplication alone would give equal distances, and with some seeds long rising runs.
 std::uint64_t KLyrPropertyIndex::RankOf(const KLyrPropertyEntry* pEntry) {
     const detail::HashSeed& lSeed = detail::SeedOfHashes();
-    return detail::MultiplyAndFold(lSeed.mLeft ^ static_cast<unsigned>(IdOf(pEntry)), lSeed.mRight);
+    const std::uint64_t lSpread =
+        detail::MultiplyAndFold(lSeed.mLeft ^ static_cast<unsigned>(IdOf(pEntry)), lSeed.mRight);
+    return detail::MultiplyAndFold(lSpread, lSeed.mLeft | 1);
 }
 
 // The entry of the tree with the smallest id above pAfter, or null.
