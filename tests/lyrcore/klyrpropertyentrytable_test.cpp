@@ -76,7 +76,7 @@ public:
     void ExpectAllFound() const {
         for (const Entries* lEntries : {&mOfRoot, &mOfInstance})
             for (const auto& [lId, lEntry] : *lEntries)
-                for (int lNear = lId - 2; lNear < INT_MAX && lNear <= lId + 2; ++lNear)
+                for (int lNear = lId - 2; lNear < INT_MAX && lNear - 2 <= lId; ++lNear)
                     ASSERT_NO_FATAL_FAILURE(ExpectFound(lNear));
         for (int lId : {INT_MIN, INT_MIN + 1, -1, INT_MAX - 1, INT_MAX})
             ASSERT_NO_FATAL_FAILURE(ExpectFound(lId));
