@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 
@@ -533,13 +534,41 @@ void ExpectFoundWithAnyMemory(int pProperties, int pReplaced) {
 }
 
 TEST(FailingMemoryIndex, IsNotNeededToFindWhatWasAdded) {
-    for (const int lProperties : {30, 31, 62, 63, 126, 127})
+    for (const int lProperties : {30, 31, 62, 63, 126, 127, 128})
         ExpectFoundWithAnyMemory(lProperties, 0);
 }
 
 TEST(FailingMemoryIndex, IsNotNeededToFindWhatWasAddedWhenItsRecordsWouldMove) {
     for (int lReplaced = 70; lReplaced <= 110; ++lReplaced)
         ExpectFoundWithAnyMemory(40, lReplaced);
+}
+
+// All are in one chain, so that a walk collects them; where the room for more is refused, they do not fit any longer.
+TEST(FailingMemoryWalk, ComesToPropertiesThatThereWasNoRoomFor) {
+    WithEveryAllocationFailing([](FailurePoint pPoint) {
+        KLyrPropertyPage* lPage = KLyrPropertyPage::Create("root", eUNIDENTIFIED);
+        for (int i = 0; i < 255; ++i)
+            lPage->Add(i, "link", eINTEGER1);
+        int lLast = 1;
+        for (int lId = lPage->GetFirstDescendent(1); lId != -1; lId = lPage->GetNextDescendent(1, lId))
+            EXPECT_EQ(lId, ++lLast);
+        EXPECT_EQ(lLast, 255);
+        std::size_t lFailed = 0;
+        {
+            const FailAllocations lFail(pPoint.mFirst, pPoint.mForever);
+            lLast = std::max(lLast, lPage->Add(lLast, "link", eINTEGER1));
+            lFailed = lFail.Failed();
+        }
+        for (int i = 0; i < 200; ++i) {
+            EXPECT_EQ(lPage->GetNextDescendent(1, lLast), -1);
+            const int lNew = lPage->Add(lLast, "link", eINTEGER1);
+            EXPECT_EQ(lPage->GetNextDescendent(1, lLast), lNew);
+            lLast = lNew;
+        }
+        EXPECT_EQ(lPage->GetNextDescendent(1, 200), 201);
+        lPage->Destroy();
+        return lFailed;
+    });
 }
 
 }  // namespace
