@@ -5,6 +5,7 @@
 #
 #   KIND        static or shared
 #   BUILD_DIR   a build of the library of that kind; without it, the library is built as a part of a host project
+#   TOOLS       whether that build has the tools
 #   CONFIG      build type
 #   SOURCE_DIR  this project; WORK_DIR a folder of the test's own
 #   GENERATOR, MAKE_PROGRAM, CXX, CXX_FLAGS   what the programs are built with
@@ -50,8 +51,12 @@ endfunction()
 function(check_manifest)
     file(STRINGS "${SOURCE_DIR}/tests/install/manifest.txt" lLines REGEX "^[^#]")
     set(lExpected)
+    set(lKinds "any|${KIND}")
+    if(TOOLS)
+        string(APPEND lKinds "|tools")
+    endif()
     foreach(lLine IN LISTS lLines)
-        if(lLine MATCHES "^(any|${KIND}) +(.+)$")
+        if(lLine MATCHES "^(${lKinds}) +(.+)$")
             list(APPEND lExpected "${CMAKE_MATCH_2}")
         endif()
     endforeach()
@@ -107,7 +112,7 @@ endfunction()
 
 function(check_find_package)
     configure_and_build("${SOURCE_DIR}/tests/install/consumer" "${WORK_DIR}/consumer"
-        "-DCMAKE_PREFIX_PATH=${WORK_DIR}/sdk" -DCMAKE_EXE_LINKER_FLAGS=-Wl,--fatal-warnings)
+        "-DCMAKE_PREFIX_PATH=${WORK_DIR}/sdk" -DKIND=${KIND} -DCMAKE_EXE_LINKER_FLAGS=-Wl,--fatal-warnings)
     run("${WORK_DIR}/consumer/consumer")
     run("${WORK_DIR}/consumer/replace")
 endfunction()
