@@ -12,6 +12,8 @@ gValgrindPackages="$gTestPackages valgrind"
 gInstructionPackages="$gTestPackages valgrind libbenchmark-dev python3"
 gPeerPackages="libabsl-dev libboost-dev qt6-base-dev libglib2.0-dev libcoin-dev librttr-dev libimath-dev"
 gBenchPackages="$gTestPackages libbenchmark-dev python3 $gPeerPackages"
+gPackagePackages="$gBuildPackages g++-multilib pkg-config dpkg-dev file xz-utils"
+gAbiPackages="$gPackagePackages abigail-tools"
 gGrowthPackages="cmake ninja-build g++ googletest valgrind python3"
 
 say() {
