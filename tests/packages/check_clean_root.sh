@@ -18,7 +18,9 @@ skip() {
 command -v debootstrap >/dev/null || skip "that takes debootstrap"
 unshare --mount --pid --fork true 2>/dev/null || skip "that takes mounts of its own (unshare)"
 
+# shellcheck source=/dev/null
 gSuite=$(. /etc/os-release && printf '%s' "${VERSION_CODENAME-}")
+# shellcheck disable=SC2016 # a field of apt-get's
 gMirror=$(apt-get indextargets --format '$(SITE)' "Created-By: Packages" "Codename: $gSuite" | head -1)
 [ -n "$gMirror" ] || skip "apt-get knows no mirror of $gSuite"
 
@@ -82,6 +84,7 @@ lLeft=$(find /usr /etc /var/lib -name '*lyrsdk*' -o -name 'lyrinspect*')
 [ -z "$lLeft" ] || fail "left behind: $lLeft"
 says "removed without a trace"
 END
+# shellcheck disable=SC2016 # the inner shell expands it
 unshare --mount --pid --fork sh -c 'mount -t proc proc "$1/proc" && mount --bind /dev "$1/dev" &&
     exec chroot "$1" /usr/bin/env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root LC_ALL=C.UTF-8 \
         DEBIAN_FRONTEND=noninteractive http_proxy="${http_proxy-}" https_proxy="${https_proxy-}" sh /lyrsdk/run' sh "$gRoot"

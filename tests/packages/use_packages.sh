@@ -37,12 +37,11 @@ run_program() {
 mkdir -p "$gWork"
 
 # CMake finds the folder by itself where the compiler searches it.
-cmake -S "$gHere/consumer" -B "$gWork/cmake" -DCMAKE_CXX_FLAGS="$gFlag" -DCMAKE_BUILD_TYPE=Debug \
-    -DCMAKE_PREFIX_PATH="$gRoot/usr" >"$gWork/log" 2>&1 &&
-    cmake --build "$gWork/cmake" >>"$gWork/log" 2>&1 || {
+if ! { cmake -S "$gHere/consumer" -B "$gWork/cmake" -DCMAKE_CXX_FLAGS="$gFlag" -DCMAKE_BUILD_TYPE=Debug \
+    -DCMAKE_PREFIX_PATH="$gRoot/usr" && cmake --build "$gWork/cmake"; } >"$gWork/log" 2>&1; then
     cat "$gWork/log" >&2
     fail "CMake cannot build the program"
-}
+fi
 grep -q "^lyrsdk_DIR:PATH=$gLibDir/cmake/lyrsdk\$" "$gWork/cmake/CMakeCache.txt" || fail "CMake took another lyrsdk"
 run_program "$gWork/cmake/cmake_lyrsdk" shared
 run_program "$gWork/cmake/cmake_shared" shared
