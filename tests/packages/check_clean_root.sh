@@ -79,7 +79,10 @@ for lTriplet in x86_64-linux-gnu i386-linux-gnu; do
     ldconfig -p | grep -q "/$lTriplet/liblyrsdk.so.1\$" || fail "the loader does not know the library of $lTriplet"
 done
 # shellcheck disable=SC2046 # a list of packages
-apt-get purge -y $(dpkg-query -W -f '${binary:Package} ' '*lyrsdk*') >log 2>&1 || { tail -30 log >&2; fail "cannot remove the packages"; }
+apt-get purge -y $(dpkg-query -W -f '${binary:Package} ' '*lyrsdk*') >log 2>&1 || {
+    tail -30 log >&2
+    fail "cannot remove the packages"
+}
 lLeft=$(find /usr /etc /var/lib -name '*lyrsdk*' -o -name 'lyrinspect*')
 [ -z "$lLeft" ] || fail "left behind: $lLeft"
 says "removed without a trace"
@@ -87,4 +90,5 @@ END
 # shellcheck disable=SC2016 # the inner shell expands it
 unshare --mount --pid --fork sh -c 'mount -t proc proc "$1/proc" && mount --bind /dev "$1/dev" &&
     exec chroot "$1" /usr/bin/env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root LC_ALL=C.UTF-8 \
-        DEBIAN_FRONTEND=noninteractive http_proxy="${http_proxy-}" https_proxy="${https_proxy-}" sh /lyrsdk/run' sh "$gRoot"
+        DEBIAN_FRONTEND=noninteractive http_proxy="${http_proxy-}" https_proxy="${https_proxy-}" \
+        sh /lyrsdk/run' sh "$gRoot"

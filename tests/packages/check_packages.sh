@@ -54,7 +54,8 @@ check_package() {
     expected_files "$lName" | LC_ALL=C sort >"$gWork/$lName.expected"
     expect_same "$gWork/$lName.expected" "$gWork/$lName.found" "$lFile: not the files of tests/packages/contents.txt"
     list_fields "$lFile" >>"$gWork/$lArchitecture.control"
-    if dpkg-deb --fsys-tarfile "$lFile" | tar -tv | grep -v '^[-dl]rw[-x]r-[-x]r-[-x] root/root\|^lrwxrwxrwx root/root'; then
+    if dpkg-deb --fsys-tarfile "$lFile" | tar -tv |
+        grep -v '^[-dl]rw[-x]r-[-x]r-[-x] root/root\|^lrwxrwxrwx root/root'; then
         fail "$lFile: the owner or the mode of these"
     fi
     if dpkg-deb --fsys-tarfile "$lFile" | grep -aF "$PWD" >/dev/null; then
@@ -86,7 +87,7 @@ check_architecture() {
     else
         # The libraries only.
         sed '/^Package: lyrsdk-tools$/,$d' "$gHere/control.txt" >"$gWork/expected.control"
-        expect_same "$gWork/expected.control" "$gWork/$lArchitecture.control" "not the fields of tests/packages/control.txt"
+        expect_same "$gWork/expected.control" "$gWork/i386.control" "not the fields of tests/packages/control.txt"
     fi
     unpack "$lArchitecture"
 }
@@ -99,9 +100,11 @@ check_complete() {
 }
 
 check_inspector() {
-    (cd "$gSource/examples/scenes" &&
-        LD_LIBRARY_PATH=$gRoot/usr/lib/${gTriplets[amd64]} "$gRoot/usr/bin/lyrinspect" lamps.gltf) >"$gWork/lamps.out"
-    expect_same "$gSource/tests/tools/lyrinspect/expected/lamps.out" "$gWork/lamps.out" "lyrinspect shows something else"
+    (
+        cd "$gSource/examples/scenes"
+        LD_LIBRARY_PATH=$gRoot/usr/lib/${gTriplets[amd64]} "$gRoot/usr/bin/lyrinspect" lamps.gltf
+    ) >"$gWork/lamps.out"
+    expect_same "$gSource/tests/tools/lyrinspect/expected/lamps.out" "$gWork/lamps.out" "lyrinspect shows other things"
 }
 
 rm -rf "$gWork"
