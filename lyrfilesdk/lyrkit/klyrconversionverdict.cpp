@@ -61,9 +61,9 @@ public:
     }
     // What comes from the application and may be long.
     Sentence& Quote(std::string_view pText) {
-        constexpr std::size_t kMost = 80;
-        const bool lIsLong = pText.size() > kMost;
-        return *this << "'" << pText.substr(0, kMost) << (lIsLong ? "...'" : "'");
+        constexpr std::size_t lMost = 80;
+        const bool lIsLong = pText.size() > lMost;
+        return *this << "'" << pText.substr(0, lMost) << (lIsLong ? "...'" : "'");
     }
 
 private:
@@ -126,7 +126,7 @@ KLyrReason lyrWhyRefused(const KLyrPropertyHandle& pHandle, ELyrType pValueType,
         lOut << "The page has no property of id " << lId << ".";
     else if (pAccess != eLyrRead && pAccess != eLyrWrite)
         lOut << "The access is neither a read nor a write.";
-    if (!lReason.IsEmpty())
+    if (!lReason.IsEmpty() || !lPage)
         return lReason;
 
     const KLyrPropertyValue* lItem = lPage->GetPropertyItem<KLyrPropertyValue>(nullptr, lId);

@@ -68,9 +68,9 @@ Wide FirstNumberOf(ELyrType pType, const void* pValue) {
         LYRSDK_NUMBER(eULONGLONG1, unsigned long long)
         LYRSDK_NUMBER(eHALFFLOAT, lyrHalfFloat)
         LYRSDK_NUMBER(eBOOL1, bool)
-        LYRSDK_NUMBER(eINTEGER1, int)
-        LYRSDK_NUMBER(eENUM, int)
-        LYRSDK_NUMBER(eFLOAT1, float)
+        case eENUM:
+            LYRSDK_NUMBER(eINTEGER1, int)
+            LYRSDK_NUMBER(eFLOAT1, float)
 #undef LYRSDK_NUMBER
         case eTIME:
             return static_cast<Wide>(static_cast<const KTime*>(pValue)->Get());
@@ -183,9 +183,9 @@ public:
     Candidate(const KLyrPropertyHandle& pHandle, const void* pValue, ELyrType pValueType, ELyrLimits pLimits)
         : mType(pHandle.GetType()),
           mValueType(pValueType),
+          mLimits(pLimits),
           mHard(pHandle, mType, false),
-          mSoft(pHandle, mType, true),
-          mLimits(pLimits) {
+          mSoft(pHandle, mType, true) {
         const bool lIsAsked = pLimits == eLyrHardLimits || pLimits == eLyrSoftLimits || pLimits == eLyrAllLimits;
         mIsRefused = !lIsAsked || !pValue || !lyrHoldsValue(mType) || lyrConversionIsRefused(pValueType, mType) ||
                      (HasOrder(mType) ? !Read(pValue) : HasLimits());
@@ -240,12 +240,12 @@ private:
 
     ELyrType mType;
     ELyrType mValueType;
-    LimitPair mHard;
-    LimitPair mSoft;
     ELyrLimits mLimits;
-    Elements mElements;
     bool mIsComparedAsItIs = false;
     bool mIsRefused = true;
+    LimitPair mHard;
+    LimitPair mSoft;
+    Elements mElements;
 };
 
 ELyrLimitVerdict Judge(Wide pValue, const Interval& pInterval, bool pSoft) {
@@ -323,9 +323,9 @@ bool PutNumber(ELyrType pType, void* pValue, Wide pLimit, bool pIsMin) {
         LYRSDK_NUMBER(eULONGLONG1, unsigned long long)
         LYRSDK_NUMBER(eHALFFLOAT, lyrHalfFloat)
         LYRSDK_NUMBER(eBOOL1, bool)
-        LYRSDK_NUMBER(eINTEGER1, int)
-        LYRSDK_NUMBER(eENUM, int)
-        LYRSDK_NUMBER(eFLOAT1, float)
+        case eENUM:
+            LYRSDK_NUMBER(eINTEGER1, int)
+            LYRSDK_NUMBER(eFLOAT1, float)
 #undef LYRSDK_NUMBER
         default:
             return PutInside<double>(pValue, pLimit, pIsMin);

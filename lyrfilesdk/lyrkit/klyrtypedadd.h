@@ -80,21 +80,23 @@ public:
     // Bounds. They are kept and given back; lyrValidate and lyrClamp hold values against them.
     template <typename T>
     KLyrPropertyBuilder& Min(const T& pValue) {
-        return Step(eLyrBuildMin, pValue, [this](const void* p, ELyrType pType) { return mHandle.SetMin(p, pType); });
+        return Step(eLyrBuildMin, pValue,
+                    [this](const void* pBound, ELyrType pType) { return mHandle.SetMin(pBound, pType); });
     }
     template <typename T>
     KLyrPropertyBuilder& Max(const T& pValue) {
-        return Step(eLyrBuildMax, pValue, [this](const void* p, ELyrType pType) { return mHandle.SetMax(p, pType); });
+        return Step(eLyrBuildMax, pValue,
+                    [this](const void* pBound, ELyrType pType) { return mHandle.SetMax(pBound, pType); });
     }
     template <typename T>
     KLyrPropertyBuilder& SoftMin(const T& pValue) {
         return Step(eLyrBuildSoftMin, pValue,
-                    [this](const void* p, ELyrType pType) { return mHandle.SetSoftMin(p, pType); });
+                    [this](const void* pBound, ELyrType pType) { return mHandle.SetSoftMin(pBound, pType); });
     }
     template <typename T>
     KLyrPropertyBuilder& SoftMax(const T& pValue) {
         return Step(eLyrBuildSoftMax, pValue,
-                    [this](const void* p, ELyrType pType) { return mHandle.SetSoftMax(p, pType); });
+                    [this](const void* pBound, ELyrType pType) { return mHandle.SetSoftMax(pBound, pType); });
     }
     template <typename T, typename U>
     KLyrPropertyBuilder& Limits(const T& pMin, const U& pMax) {

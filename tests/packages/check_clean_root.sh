@@ -70,6 +70,11 @@ says "compiler, CMake, pkg-config and liblyrsdk-dev installed"
 sh use_packages.sh "" amd64 /tmp/amd64
 says "64-bit programs built and run, by CMake and pkg-config, shared and static"
 
+install_quietly gdb
+gdb -nx -batch -ex "info pretty-printer .*liblyrsdk lyrsdk" /usr/lib/x86_64-linux-gnu/liblyrsdk.so.1 >shown 2>&1
+grep -q KLyrPropertyHandle shown || { cat shown >&2; fail "gdb does not load the printers by itself"; }
+says "gdb installed, and knows the library's types"
+
 install_quietly g++-multilib ./liblyrsdk1_*_i386.deb ./liblyrsdk-dev_*_i386.deb
 sh use_packages.sh "" i386 /tmp/i386
 sh use_packages.sh "" amd64 /tmp/again
