@@ -252,8 +252,8 @@ TEST_F(InterleavedWalk, LeavesOutSeveralRunsThatWent) {
     Add(false);
     Walk();
     for (int lRun : {60, 20, 40, 62, 18, 0, 90}) {
-        for (int i = 0; i < 7; ++i)
-            mRoot->GetPage()->RemoveOwnEntry(mIds[static_cast<std::size_t>(lRun + i)]);
+        for (int i = lRun; i < lRun + 7; ++i)
+            mRoot->GetPage()->RemoveOwnEntry(mIds[static_cast<std::size_t>(i)]);
         const std::vector<int> lLeft = DescendentsByScan(mRoot->GetPage(), mOdd.GetId());
         ASSERT_EQ(lLeft, Descendents(mRoot->GetPage(), mOdd.GetId()));
         ASSERT_EQ(lLeft, Descendents(mRoot->GetPage(), mOdd.GetId()));

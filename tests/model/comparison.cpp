@@ -120,7 +120,7 @@ void Comparison::OfPage(int pSlot) {
     }
     Same("end of the ids", mLibrary->GetMinimumPropertyIdAndEntry(lSeen), -1);
     for (int i = 0; i < 3 && !lIds.empty(); ++i)
-        Names(lIds[(static_cast<std::size_t>(*mModel->mNextId) + 7u * static_cast<unsigned>(i)) % lIds.size()]);
+        Names(lIds[(static_cast<std::size_t>(*mModel->mNextId) + 7 * static_cast<std::size_t>(i)) % lIds.size()]);
     SameReports();
 }
 
