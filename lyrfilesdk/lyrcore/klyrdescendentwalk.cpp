@@ -15,8 +15,8 @@ constexpr int kFewMisses = 32;
 }  // namespace
 
 KLyrDescendentWalk* KLyrDescendentWalk::Enlarge(KLyrDescendentWalk* pOld, std::size_t pCount) {
-    if (pCount > INT_MAX / 2 || (pOld && static_cast<int>(pCount) <= pOld->mCapacity))
-        return pOld;
+    if (pCount > INT_MAX / 2)
+        return pOld;  // LCOV_EXCL_LINE: takes more properties than memory holds
     KLyrDescendentWalk* lWalk = LyrSdkNew<KLyrDescendentWalk>();
     int* lIds = lWalk ? static_cast<int*>(LyrSdkMalloc(2 * pCount * sizeof(int))) : nullptr;
     if (!lIds) {

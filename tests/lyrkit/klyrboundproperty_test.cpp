@@ -49,6 +49,12 @@ TEST_F(BoundProperty, IsLookedUpAsFindDoes) {
     EXPECT_FALSE(KLyrBoundProperty(*mLamp, "electric/Power", nullptr).IsBound()) << "no path";
 }
 
+TEST_F(BoundProperty, OfNothingIsCopiedAsNothing) {
+    const KLyrBoundProperty lNothing;
+    const KLyrBoundProperty lCopy(lNothing);
+    EXPECT_FALSE(lCopy.On(*mLamp).Valid());
+}
+
 TEST_F(BoundProperty, NoticesThatThePropertyIsGone) {
     const KLyrBoundProperty lPower(mPower);
     H lPlace = mPower;

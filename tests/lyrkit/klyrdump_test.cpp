@@ -94,6 +94,26 @@ TEST_F(DumpTest, TheStyleLeavesOutWhatIsInheritedAndDescriptions) {
               "              <- page 2 \"switch\" (data)\n");
 }
 
+TEST_F(DumpTest, WhateverAPageHoldsMakesAPropertyItsOwn) {
+    KLyrDumpStyle lStyle;
+    lStyle.mOnlyOwn = true;
+    OwnedPage lHall = MakeInstance(mLamps.mLamp);
+    const KLyrPropertyHandle lRoot(lHall.get(), 0);
+    EXPECT_EQ(DumpOf(lRoot, lStyle).find("bulb"), std::string::npos);
+    lHall->ModifyFlags(Lamps::kPower, LyrPropertyFlags::eHIDDEN, true, false);
+    EXPECT_NE(DumpOf(lRoot, lStyle).find("bulb/power"), std::string::npos) << "flags";
+    EXPECT_EQ(DumpOf(lRoot, lStyle).find("colour"), std::string::npos);
+    lHall->ConnectSrc(Lamps::kColour, mLamps.mSwitch.get(), 0, eLyrConnectionData);
+    EXPECT_NE(DumpOf(lRoot, lStyle).find("colour"), std::string::npos) << "connections";
+}
+
+TEST_F(DumpTest, ASoftMinimumAloneIsShown) {
+    const double lLow = 2;
+    const int lId = mLamps.mLamp->Add(0, "gap", eDOUBLE1);
+    mLamps.mLamp->SetMinMax(lId, KLyrPropertyInfo::eValueSoftMin, &lLow, eDOUBLE1);
+    EXPECT_NE(DumpOf(Lamp(lId)).find(" soft 2.."), std::string::npos) << DumpOf(Lamp(lId));
+}
+
 TEST_F(DumpTest, AFamilyIsShownFromTheTopWhicheverPageIsGiven) {
     const std::string lText = FamilyDumpOf(Desk());
     EXPECT_EQ(lText.find("page 0 \"lamp\"\n"), 0u);

@@ -62,5 +62,26 @@ TEST_F(KitItems, DifferInEachPartOfADescription) {
     EXPECT_FALSE(detail::AreAlike(lFirst, ItemOf<KLyrPropertyInfo>(lWhole))) << "type";
 }
 
+TEST_F(KitItems, DifferInTheUnitOfADistanceAndInThePageThatTypesThem) {
+    lyrDistance lFoot(1, KLyrSystemUnit::Foot);
+    lyrDistance lInch(1, KLyrSystemUnit::Inch);
+    const int lLeft = mPage->Add(0, "way", eDISTANCE);
+    const int lRight = mPage->Add(0, "way", eDISTANCE);
+    mPage->Set(lLeft, &lFoot, eDISTANCE, false);
+    mPage->Set(lRight, &lInch, eDISTANCE, false);
+    EXPECT_FALSE(detail::AreAlike(ItemOf<KLyrPropertyValue>(lLeft), ItemOf<KLyrPropertyValue>(lRight)));
+    mPage->Set(lRight, &lFoot, eDISTANCE, false);
+    EXPECT_TRUE(detail::AreAlike(ItemOf<KLyrPropertyValue>(lLeft), ItemOf<KLyrPropertyValue>(lRight)));
+
+    OwnedPage lType = MakeRoot("number", eDOUBLE1);
+    const int lTyped = mPage->Add(0, "power", lType.get());
+    EXPECT_FALSE(detail::AreAlike(ItemOf<KLyrPropertyInfo>(mFirst), ItemOf<KLyrPropertyInfo>(lTyped)));
+}
+
+TEST_F(KitItems, NoPageIsBelowOneThatIsLeftOut) {
+    EXPECT_FALSE(detail::PagesBelow(mPage.get(), mPage.get()));
+    EXPECT_TRUE(detail::PagesBelow(mPage.get()));
+}
+
 }  // namespace
 }  // namespace lyrsdk

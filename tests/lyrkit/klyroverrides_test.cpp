@@ -317,5 +317,15 @@ TEST_F(OverridesTest, AVisitorOfWhatIsRedundantMayEndTheWalk) {
     EXPECT_EQ(lyrVisitOverrides(At(0), [](const KLyrOverride&) { return false; }), 1);
 }
 
+TEST_F(OverridesTest, FlagsThatAreNotThereDoNotGoBack) {
+    EXPECT_FALSE(lyrRevert(At(kPower), KLyrRevert::eFlags)) << "no entry";
+    const double lValue = 5;
+    mPage->Set(kPower, &lValue, eDOUBLE1, false);
+    EXPECT_FALSE(lyrRevert(At(kPower), KLyrRevert::eFlags)) << "an entry without flags";
+    mPage->ModifyFlags(kPower, LyrPropertyFlags::eHIDDEN, true, false);
+    EXPECT_TRUE(lyrRevert(At(kPower), KLyrRevert::eFlags));
+    EXPECT_FALSE(lyrRevert(At(kPower), KLyrRevert::eFlags));
+}
+
 }  // namespace
 }  // namespace lyrsdk
