@@ -147,5 +147,14 @@ TEST_F(Enumeration, TakesNoMemoryToBeReadOrRemapped) {
     EXPECT_EQ(MemoryProbe::Allocations(), lBefore);
 }
 
+TEST_F(Enumeration, OfADescriptionOfItsOwnKeepsItsIndex) {
+    lyrSetEnumText(Below(*mInstance), "on");
+    lyrSetEnumText(Below(*mOther), "on");
+    ASSERT_TRUE(mOther->GetPage()->ChangePropertyItemState<KLyrPropertyInfo>(nullptr, mState.GetId(), eLyrOverride));
+    lyrInsertEnumText(mState, 0, "asleep");
+    EXPECT_EQ(lyrGet<int>(Below(*mInstance)), 3);
+    EXPECT_EQ(lyrGet<int>(Below(*mOther)), 2);
+}
+
 }  // namespace
 }  // namespace lyrsdk

@@ -327,5 +327,17 @@ TEST_F(OverridesTest, FlagsThatAreNotThereDoNotGoBack) {
     EXPECT_FALSE(lyrRevert(At(kPower), KLyrRevert::eFlags));
 }
 
+TEST_F(OverridesTest, AValueIsRedundantWhateverStandsBesideIt) {
+    const double lValue = 0;
+    mPage->Set(kPower, &lValue, eDOUBLE1, false);
+    EXPECT_TRUE(lyrRedundancyOf(At(kPower)).mValue);
+    mPage->ConnectSrc(kPower, mTop.get(), 0, eLyrConnectionData);
+    EXPECT_TRUE(lyrRedundancyOf(At(kPower)).mValue);
+    mPage->ChangePropertyItemState<KLyrPropertyInfo>(nullptr, kPower, eLyrOverride);
+    EXPECT_TRUE(lyrRedundancyOf(At(kPower)).mValue);
+    EXPECT_EQ(lyrDropRedundant(At(kPower)), 1);
+    EXPECT_FALSE(lyrRedundancyOf(At(kPower)).mValue);
+}
+
 }  // namespace
 }  // namespace lyrsdk

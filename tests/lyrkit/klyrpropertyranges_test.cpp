@@ -140,6 +140,8 @@ TEST_F(Ranges, EndOnParentsThatRunInACircle) {
 TEST_F(Ranges, TellWhatAPageHoldsItself) {
     OwnedRoot lInstance(H::Create(*mPage));
     EXPECT_TRUE(lyrOwnProperties(*lInstance).IsEmpty());
+    ASSERT_TRUE(lInstance->GetPage()->ChangePropertyEntryState(3, eLyrOverride));
+    EXPECT_TRUE(lyrOwnProperties(*lInstance).IsEmpty()) << "an entry that holds nothing";
     SetInt(On(*lInstance, At(2)), 20);
     On(*lInstance, At(4)).ModifyFlags(LyrPropertyFlags::eHIDDEN, true);
     On(*lInstance, At(5)).ConnectSrc(At(1));

@@ -396,5 +396,27 @@ TEST_F(TypedPages, GiveAVisitorTheValueSeen) {
     EXPECT_EQ(lSeen, "text");
 }
 
+TEST_F(TypedPages, RefuseTextsAndBlobsAsTheHandleDoes) {
+    ReportRecorder lReports;
+    OwnedRoot lTop(KLyrPropertyHandle::Create("top", eUNIDENTIFIED));
+    OwnedRoot lInstance(KLyrPropertyHandle::Create(*lTop));
+    for (int lType = eUNIDENTIFIED; lType < eMAX_TYPES; ++lType) {
+        const KLyrPropertyHandle lProperty = lTop->Add("any", static_cast<ELyrType>(lType));
+        KLyrPropertyHandle lSeen = On(*lInstance, lProperty);
+        KLyrPropertyHandle lPlain = lTop->Add("plain", static_cast<ELyrType>(lType));
+        const lyrBlob lBlob;
+        const KString lText("no value of most types");
+        EXPECT_EQ(lyrSet(lSeen, lBlob, eLyrSetPin) == eLyrSetRefused, !lPlain.Set(&lBlob, eBLOB, false)) << lType;
+        EXPECT_EQ(lyrSet(lSeen, lText, eLyrSetPin) == eLyrSetRefused, !lPlain.Set(&lText, eSTRING, false)) << lType;
+        lSeen.SetValueInheritType(eLyrInherit);
+        const bool lBlobRefused = lyrSet(lSeen, lBlob) == eLyrSetRefused;
+        EXPECT_EQ(lBlobRefused, lyrSet(lSeen, lBlob, eLyrSetPin) == eLyrSetRefused) << lType;
+        lSeen.SetValueInheritType(eLyrInherit);
+        const bool lTextRefused = lyrSet(lSeen, lText) == eLyrSetRefused;
+        EXPECT_EQ(lTextRefused, lyrSet(lSeen, lText, eLyrSetPin) == eLyrSetRefused) << lType;
+    }
+    lReports.TakeReports();
+}
+
 }  // namespace
 }  // namespace lyrsdk

@@ -593,6 +593,7 @@ TEST(FailingMemoryWalk, ComesToPropertiesThatThereWasNoRoomForThoughOneWent) {
         while (lLast < 456)
             lLast = lPage->Add(lLast, "link", eINTEGER1);
         EXPECT_TRUE(lPage->RemoveOwnEntry(2));
+        EXPECT_EQ(lPage->GetNextDescendent(1, 255), 256);
         EXPECT_EQ(lPage->GetFirstDescendent(1), 4) << "3 lost its parent";
         for (int lId = 4; lId < lLast; ++lId)
             EXPECT_EQ(lPage->GetNextDescendent(1, lId), lPage->GetPropertyEntry(lId + 1) ? lId + 1 : lId + 2);
