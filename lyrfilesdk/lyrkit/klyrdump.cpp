@@ -176,9 +176,8 @@ private:
             PutNumber(mStream, pProperty.GetUserTag());
         }
         for (int i = 0; i < pProperty.GetEnumCount(); ++i) {
-            const char* lText = pProperty.GetEnumValue(i);
             Put(mStream, i == 0 ? " choices " : "|");
-            lyrDumpQuoted(mStream, lText ? lText : "");
+            lyrDumpQuoted(mStream, pProperty.GetEnumValue(i));
         }
     }
 

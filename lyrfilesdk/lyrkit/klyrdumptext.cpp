@@ -158,8 +158,8 @@ bool DumpMatrix(std::ostream& pStream, const KLyrPropertyValue& pValue) {
     constexpr int lCount = 4;
     lyrDouble44 lMatrix;
     KString lRows[lCount];
-    if (!pValue.Get(&lMatrix, eDOUBLE44))
-        return false;  // LCOV_EXCL_LINE: it holds a matrix
+    if (!pValue.Get(&lMatrix, eDOUBLE44))  // LCOV_EXCL_BR_LINE: it holds a matrix
+        return false;                      // LCOV_EXCL_LINE: as above
     for (int i = 0; i < lCount; ++i) {
         if (!lyrCopy(&lRows[i], eSTRING, &lMatrix[i], eDOUBLE4))
             return false;

@@ -7,10 +7,6 @@
 namespace lyrsdk {
 namespace {
 
-bool IsText(const char* pText, std::string_view pSought) {
-    return pText && std::string_view(pText) == pSought;
-}
-
 // The index that the page itself stores for the property, when it sees the given description.
 KLyrPropertyValue* OwnIndex(const KLyrPropertyHandle& pHandle, const KLyrPropertyInfo* pInfo, int& pIndex) {
     const KLyrPropertyPage* lPage = pHandle.GetPage();
@@ -32,7 +28,7 @@ int RemapOwn(const KLyrPropertyHandle& pHandle, const KLyrPropertyInfo* pInfo, d
 
 int lyrFindEnumIndex(const KLyrPropertyHandle& pHandle, std::string_view pText) {
     for (int i = 0; i < pHandle.GetEnumCount(); ++i)
-        if (IsText(pHandle.GetEnumValue(i), pText))
+        if (pText == pHandle.GetEnumValue(i))
             return i;
     return -1;
 }
