@@ -14,6 +14,7 @@ constexpr std::uint64_t kMoreSlots = 32;
 
 // Entries that follow each other by their ids.
 struct Run {
+    // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): there is a first entry
     std::uint64_t Span() const { return static_cast<std::uint64_t>(mLast - mFirst->GetKey()) + 1; }
     std::uint64_t MostSlots() const { return kSlotsAnEntry * mCount; }
 
