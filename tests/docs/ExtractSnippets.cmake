@@ -17,6 +17,7 @@
 set(LYRSDK_SNIPPET_PRELUDE [=[
 #include <array>
 #include <cstdio>
+#include <iostream>
 #include <optional>
 #include <string_view>
 
@@ -37,8 +38,8 @@ function(lyrsdk_write_if_changed pFile pText)
     endif()
 endfunction()
 
-# Calls lyrsdk_take_block for each fenced block of the page, with lWord, lBlock and lFirstLine set. No arguments: those of
-# a macro would be evaluated once more, backslashes included.
+# Calls lyrsdk_take_block for each fenced block of the page, with lWord, lBlock and lFirstLine set. No arguments: those
+# of a macro would be evaluated once more, backslashes included.
 macro(lyrsdk_for_each_block pPage)
     file(READ "${pPage}" lRest)
     set(lLineNumber 0)
@@ -83,12 +84,14 @@ macro(lyrsdk_take_block)
                 string(APPEND lBodies "}\n\n")
             endif()
             string(APPEND lBodies "void Line${lFirstLine}() {\n")
-            string(APPEND lCalls "    std::printf(\"[line ${lFirstLine}]\\n\");\n    Line${lFirstLine}();\n")
-            string(APPEND lBodyOutput "[line ${lFirstLine}]\n")
+            string(APPEND lCalls "    Line${lFirstLine}();\n")
         elseif(lBodies STREQUAL "")
             message(FATAL_ERROR "${lPage}:${lFirstLine}: there is nothing to continue")
         endif()
+        # Not indented, like the snippets: what stands farther in than a loop in front of it looks like its body.
+        string(APPEND lBodies "std::printf(\"[line ${lFirstLine}]\\n\");\n")
         string(APPEND lBodies "#line ${lFirstLine} \"${lPage}\"\n${lBlock}")
+        string(APPEND lBodyOutput "[line ${lFirstLine}]\n")
     elseif(lWord STREQUAL "output")
         if(NOT lProgram STREQUAL "")
             string(APPEND lProgramOutput "${lBlock}")
