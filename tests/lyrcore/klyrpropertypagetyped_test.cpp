@@ -469,6 +469,7 @@ TEST_F(KLyrPropertyPageTypedTest, ABracketKeepsNoNameOfWhatCouldNotBeAdded) {
     const OwnedPage lType = MakeRoot("t", eDOUBLE1);
     AddNumber(lType, AddNumber(lType, 0, "x", 1), "y", 2);
     const OwnedPage lPage = MakeRoot();
+    lPage->Add(0, "P", eDOUBLE1);
     ASSERT_TRUE(lPage->GetIdGenerator()->SkipTo(INT_MAX - 1));
     lPage->BeginCreateOrFindProperty();
     // Texts of names are kept while a bracket is open.
@@ -477,6 +478,8 @@ TEST_F(KLyrPropertyPageTypedTest, ABracketKeepsNoNameOfWhatCouldNotBeAdded) {
     EXPECT_EQ(lPage->Add(0, "p", lType.get()), -1);
     EXPECT_EQ(MemoryProbe::LiveBlocks(), lBlocks);
     EXPECT_EQ(lPage->FastFind(0, "p", nullptr, true), -1);
+    // A name that was left behind would have the children looked at without case.
+    EXPECT_EQ(lPage->FastFind(0, "p", nullptr, false), -1);
     lPage->EndCreateOrFindProperty();
 }
 

@@ -25,6 +25,18 @@ std::uint64_t FromEnvironment(const char* pName, std::uint64_t pDefault) {
     return lText && *lText ? std::strtoull(lText, nullptr, 10) : pDefault;
 }
 
+// The operations of what a run printed.
+std::vector<Operation> OperationsOf(const std::string& pText) {
+    std::vector<Operation> lOperations;
+    std::istringstream lLines(pText);
+    for (std::string lLine; std::getline(lLines, lLine);) {
+        Operation lOperation;
+        if (FromText(lLine, lOperation))
+            lOperations.push_back(lOperation);
+    }
+    return lOperations;
+}
+
 class PropertyModelRun : public testing::TestWithParam<std::uint64_t> {};
 
 TEST_P(PropertyModelRun, ShowsWhatTheLibraryShows) {
@@ -84,15 +96,30 @@ TEST(PropertyModel, PrintsSeedSequenceAndDifferenceOfARunThatDiverges) {
     EXPECT_NE(lText.find("the library says"), std::string::npos) << lText;
 
     // The lines can be replayed.
-    std::vector<Operation> lOperations;
-    std::istringstream lLines(lText);
-    for (std::string lLine; std::getline(lLines, lLine);) {
-        Operation lOperation;
-        if (FromText(lLine, lOperation))
-            lOperations.push_back(lOperation);
-    }
+    const std::vector<Operation> lOperations = OperationsOf(lText);
     EXPECT_FALSE(RunOperations(lOperations, 1, Fault::eRefusedPairLeavesNoCopy).mSame);
     EXPECT_TRUE(RunOperations(lOperations, 1).mSame);
+}
+
+// --- findings
+
+TEST(PropertyModelFinding, AnAddThatTheIdsEndInTakesItsNameOutOfTheBracket) {
+    const std::vector<Operation> lOperations = OperationsOf(
+        "CreateNamed 206 206\n"
+        "Add 235 190 27 64\n"
+        "Add 115 206 97 124\n"
+        "BeginCreateOrFind 49\n"
+        "Add 206 0 22 255\n"
+        "CreateInstance 229 235\n"
+        "CreateRoot\n"
+        "AddTyped 196 179 32 116\n"
+        "CreateNamed 107 10\n"
+        "AddTyped 73 73 73 16\n"
+        "SkipIds 41 255\n"
+        "AddTyped 0 8 92 33\n");
+    ASSERT_EQ(lOperations.size(), 12u);
+    const Outcome lOutcome = RunOperations(lOperations, 1);
+    EXPECT_TRUE(lOutcome.mSame) << lOutcome.mDifference;
 }
 
 // --- operations

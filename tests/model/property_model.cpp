@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <iterator>
 
 namespace lyrmodel {
 
@@ -125,7 +126,7 @@ int Page::Add(int pParent, const std::string& pName, Page* pTypeInfo) {
     return Add(pParent, lInfo, std::make_shared<Value>(pTypeInfo ? pTypeInfo->GetType(0) : 0), false, true);
 }
 
-// All of it or nothing; the ids stay used.
+// All of it or nothing, in the bracket's names as well; the ids stay used.
 int Page::Add(int pParent, std::shared_ptr<Info> pInfo, std::shared_ptr<Value> pValue, bool pConnect, bool pRecursive) {
     Plan lPlan = PlanOf(pInfo, pValue, pConnect);
     std::vector<Page*> lAbove;
@@ -133,8 +134,11 @@ int Page::Add(int pParent, std::shared_ptr<Info> pInfo, std::shared_ptr<Value> p
         PlanType(lPlan, lAbove);
     const int lFirst = *mNextId;
     const int lId = AddPlanned(pParent, lPlan);
-    if (lId < 0 && lFirst >= 0)
+    if (lId < 0 && lFirst >= 0) {
         mEntries.erase(mEntries.lower_bound(lFirst), mEntries.end());
+        for (auto lName = mNames.begin(); lName != mNames.end();)
+            lName = lName->second >= lFirst ? mNames.erase(lName) : std::next(lName);
+    }
     return lId;
 }
 
