@@ -48,13 +48,13 @@ need_packages() {
         lRoot=(sudo)
     fi
     say "Installing $lMissing"
-    quietly "${lRoot[@]}" apt-get update
+    # A list that cannot be had now, perhaps that of another architecture, need not be one that counts.
+    "${lRoot[@]}" apt-get update >/dev/null 2>&1 || say "Not all lists of packages are new."
     # shellcheck disable=SC2086 # a list of words
     quietly "${lRoot[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends $lMissing
 }
 
-# The same for packages of the 32-bit architecture, named without it. The lists of that architecture need not all be
-# there.
+# The same for packages of the 32-bit architecture, named without it.
 need_packages_i386() {
     local lMissing lRoot=()
     command -v dpkg-query >/dev/null || return 0
@@ -67,7 +67,7 @@ need_packages_i386() {
     fi
     say "Installing $lMissing"
     quietly "${lRoot[@]}" dpkg --add-architecture i386
-    "${lRoot[@]}" apt-get update >/dev/null 2>&1 || true
+    "${lRoot[@]}" apt-get update >/dev/null 2>&1 || say "Not all lists of packages are new."
     # shellcheck disable=SC2086 # a list of words
     quietly "${lRoot[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends $lMissing
 }
