@@ -18,8 +18,11 @@ set(LYRSDK_SNIPPET_PRELUDE [=[
 #include <array>
 #include <cstdio>
 #include <iostream>
+#include <map>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <variant>
 
 #include "lyrfilesdk/lyrsdk.h"
 
