@@ -53,6 +53,7 @@ int main() {
     MakeLamps();
     MakeConnections();
     MakeOddities();
+    MakeAnswers();
     MakeGarbage();
     std::abort();
 }

@@ -16,11 +16,19 @@ void MakeValues();
 void MakeLamps();
 void MakeConnections();
 void MakeOddities();
+// After the lamps and connections.
+void MakeAnswers();
 // Memory in which there is no object: noise, pointers in circles, objects with one word changed.
 void MakeGarbage();
 
 extern lyrsdk::KArrayTemplate<int> sgInts;
 extern lyrsdk::KLyrPropertyValue* sgDeskPowerValue;
+extern lyrsdk::KLyrPropertyHandle sgLamp;
 extern lyrsdk::KLyrPropertyHandle sgDeskLamp;
+extern lyrsdk::KLyrPropertyHandle sgMyLamp;
+extern lyrsdk::KLyrPropertyHandle sgPower;
+extern lyrsdk::KLyrPropertyHandle sgMyPower;
+extern lyrsdk::KLyrPropertyHandle sgPlaceX;
+extern lyrsdk::KLyrPropertyHandle sgMain;
 
 }  // namespace scene

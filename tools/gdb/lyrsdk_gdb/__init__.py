@@ -3,6 +3,7 @@
     memory.py      reading, and what the reading rests on
     values.py      the types of values
     properties.py  pages, items, connections, handles
+    kit.py         what stands on handles: answers, ranges, bound properties
     __init__.py    the containers, and which printer is whose
 
 A printer gives a text, children, or both. Memory that holds no object of the type prints as "<invalid ...>", a type of
@@ -13,7 +14,7 @@ an end. Texts and children are cut at "set print elements".
 import gdb
 import gdb.printing
 
-from . import properties, values
+from . import kit, properties, values
 from .memory import (
     ERRORS,
     Invalid,
@@ -255,6 +256,20 @@ PRINTERS = {
     "KLyrPropertyIdGenerator": properties.generator_text,
     "KLyrPropertyPage": (Parent, properties.page_text, properties.page_children),
     "KLyrPropertyHandle": properties.handle_text,
+    "KLyrItemOrigin": (Parent, kit.origin_of, kit.item_origin_children),
+    "KLyrFlagOrigin": (Parent, kit.flag_origin_text, kit.flag_origin_children),
+    "KLyrExplanation": (Parent, kit.explanation_text, kit.explanation_children),
+    "KLyrOverride": (Parent, kit.override_text, kit.property_children),
+    "KLyrRedundancy": (Parent, kit.redundancy_text, kit.property_children),
+    "KLyrPushItems": (Parent, kit.push_items_text, kit.property_children),
+    "KLyrPushEffect": (Parent, kit.push_effect_text, kit.push_effect_children),
+    "KLyrHandleRange": kit.range_text,
+    "KLyrHandleRange::Iterator": kit.range_iterator_text,
+    "KLyrBoundProperty": kit.bound_property_text,
+    "KLyrPropertyBuilder": kit.builder_text,
+    "KLyrReason": kit.reason_text,
+    # gdb shows combinations of these as a number: some enumerators are combinations themselves.
+    "kLyrConnectionType": kit.connection_type_text,
 }
 
 
@@ -282,7 +297,7 @@ class Lookup(gdb.printing.PrettyPrinter):
             value = value.referenced_value()
             kind = value.type
         kind = kind.unqualified().strip_typedefs()
-        if kind.code != gdb.TYPE_CODE_STRUCT or not (kind.tag or "").startswith("lyrsdk::"):
+        if kind.code not in (gdb.TYPE_CODE_STRUCT, gdb.TYPE_CODE_ENUM) or not (kind.tag or "").startswith("lyrsdk::"):
             return None
         name = plain_name(kind.tag[len("lyrsdk::") :])
         if name not in PRINTERS or not self.by_name[name].enabled:

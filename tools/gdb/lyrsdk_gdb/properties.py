@@ -169,7 +169,8 @@ def page_children(page):
 def generator_text(generator):
     if int(generator["mRef"]) <= 0:
         raise Invalid("not counted by any page")
-    return f"next id {int(generator['mNextId'])}, for {counted(int(generator['mRef']), 'page')}"
+    # Pages use it, and properties that are bound.
+    return f"next id {int(generator['mNextId'])}, {counted(int(generator['mRef']), 'use')}"
 
 
 # --- items ------------------------------------------------------------------------------------------------------------
