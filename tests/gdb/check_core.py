@@ -138,16 +138,16 @@ def classes_of_scene():
     return found
 
 
-def scene_names():
+def scene_names(files=("values", "properties", "kit")):
     """The objects of the scene."""
-    texts = [(gSource / f"tests/gdb/{name}.cpp").read_text() for name in ("values", "properties", "kit")]
+    texts = [(gSource / f"tests/gdb/{name}.cpp").read_text() for name in files]
     # What stands in unnamed namespaces is not looked at.
     text = re.sub(r"namespace \{.*?\}  // namespace\n", "", "\n".join(texts), flags=re.S)
     return re.findall(r"^[\w:<>, *]+ (sg\w+)(?:\[\w+\])?(?:[({ ].*)?;$", text, re.M)
 
 
-def use_printer(value):
-    """All that a printer is asked for; an error would be one of the printer's.
+def use_printer(value, depth=0):
+    """All that a printer is asked for, and those of the members; an error would be one of the printer's.
 
     Front ends that show a value as a tree ask for members with names of their own.
     """
@@ -156,9 +156,13 @@ def use_printer(value):
         return False
     printer.to_string()
     if hasattr(printer, "children"):
-        names = [name for name, _ in itertools.islice(printer.children(), 200)]
-        if len(set(names)) != len(names):
+        members = list(itertools.islice(printer.children(), 200))
+        if len({name for name, _ in members}) != len(members):
             raise ValueError("two members of one name")
+        if depth:
+            for _, member in members:
+                if isinstance(member, gdb.Value):
+                    use_printer(member, depth - 1)
     return True
 
 
@@ -171,14 +175,29 @@ def garbage_places():
     return [*blocks, 8, 3], pages
 
 
+def broken_answers(place):
+    """The objects of the kit, with each word in turn changed to a number and to a place that holds no object."""
+    word = gdb.lookup_type("void").pointer().sizeof
+    for name in scene_names(("kit",)):
+        value = gdb.parse_and_eval(f"scene::{name}")
+        where, kind = int(value.address), value.type.strip_typedefs()
+        if not (kind.tag or "").startswith("lyrsdk::"):
+            continue
+        image = gdb.selected_inferior().read_memory(where, kind.sizeof).tobytes()
+        for start in range(0, len(image) - word + 1, word):
+            for number in (0x41, place):
+                changed = number.to_bytes(word, "little")
+                yield gdb.Value(image[:start] + changed + image[start + word :], kind), where
+
+
 def check_garbage(printers):
     """No memory makes a printer fail or run on."""
     asked = set()
 
-    def check(value, where):
+    def check(value, where, depth=0):
         began = time.monotonic()
         try:
-            if use_printer(value):
+            if use_printer(value, depth):
                 asked.add(printers.plain_name(value.type.strip_typedefs().tag.replace("lyrsdk::", "", 1)))
         except Exception as error:  # whatever it is, it should not have come here
             gFaults.append(f"{value.type} at {where:#x}: {type(error).__name__}: {error}")
@@ -196,6 +215,8 @@ def check_garbage(printers):
             check(gdb.Value(place).cast(kind.pointer()).dereference(), place)
     for place in pages:
         check(printers.properties.make_handle(place, 1), place)
+    for value, where in broken_answers(blocks[3]):
+        check(value, where, 2)
     missed = set(printers.PRINTERS) - asked
     if missed:
         gFaults.append(f"no garbage was shown as {sorted(missed)}")
