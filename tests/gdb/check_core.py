@@ -56,8 +56,17 @@ def without_numbers(text):
     return re.sub(r"^\$\d+ = ", "$1 = ", re.sub(r"0x[0-9a-f]{6,}", "0x...", text), flags=re.M)
 
 
+def as_shown_here(text):
+    """A text with escapes for what gdb's terminal does not know; the transcripts are written for one that knows all."""
+    charset = gdb.host_charset()
+    return "".join(
+        char if char.encode(charset, "ignore") else "".join(f"\\{byte:03o}" for byte in char.encode("utf-8"))
+        for char in text
+    )
+
+
 def check_transcript(name):
-    lines = (gSource / name).read_text().split("\n")
+    lines = (gSource / name).read_text("utf-8").split("\n")
     made = []
     commands = 0
     while lines:
@@ -69,13 +78,13 @@ def check_transcript(name):
         expected = list(itertools.takewhile(lambda text: text and not text.startswith(("(gdb) ", "```")), lines))
         del lines[: len(expected)]
         found = without_numbers(answer(line[len("(gdb) ") :]))
-        wanted = without_numbers("\n".join(expected))
+        wanted = as_shown_here(without_numbers("\n".join(expected)))
         made.extend(found.split("\n") if found else [])
         if found != wanted:
             gFaults.append(f"{name}: {line[6:]}\n  shows   {found}\n  and not {wanted}")
     if not commands:
         gFaults.append(f"{name} holds no commands")
-    (gWork / pathlib.Path(name).name).write_text("\n".join(made))
+    (gWork / pathlib.Path(name).name).write_text("\n".join(made), "utf-8")
 
 
 def header_text(layer):

@@ -45,7 +45,12 @@ function(check_core pKnowsLibrary)
     endif()
 endfunction()
 
+# Whatever the user's terminal is.
+set(ENV{LC_ALL} C.UTF-8)
 if(KIND STREQUAL "static")
+    check_core(True -ex "source ${LOADER}")
+    # As on a terminal that knows ASCII alone.
+    set(ENV{LC_ALL} C)
     check_core(True -ex "source ${LOADER}")
 else()
     check_core(True)

@@ -79,6 +79,15 @@ def element_limit():
     return gdb.parameter("print elements") or LONGEST_TEXT
 
 
+def can_be_shown(char):
+    """Whether it prints, and gdb's terminal knows it: gdb refuses a whole answer for one character that it does not."""
+    try:
+        char.encode(gdb.host_charset())
+    except UnicodeEncodeError:
+        return False
+    return char.isprintable()
+
+
 def quoted(text, cut=False):
     """A text in quotes, with escapes for what does not print; behind a cut text stand three dots."""
     shown = []
@@ -89,7 +98,7 @@ def quoted(text, cut=False):
             shown.append(f"\\{ord(char) - 0xDC00:03o}")
         elif char == "\n":
             shown.append("\\n")
-        elif char.isprintable():
+        elif can_be_shown(char):
             shown.append(char)
         else:
             shown.extend(f"\\{byte:03o}" for byte in char.encode())
