@@ -1,7 +1,8 @@
 #include "tools/lyrinspect/builder.h"
 
 #include <algorithm>
-#include <unordered_map>
+#include <string_view>
+#include <unordered_set>
 
 #include "tools/lyrinspect/nodetree.h"
 #include "tools/lyrinspect/rules.h"
@@ -250,17 +251,18 @@ void Builder::ConnectAnimated(const SceneObject& pChannel) {
 void Builder::CheckNames() {
     for (std::size_t i = 0; i < kKindCount; ++i) {
         const ObjectKind lKind = static_cast<ObjectKind>(i);
-        std::unordered_map<std::string, std::size_t> lCounts;
+        const std::vector<SceneObject*>& lObjects = mScene.Objects(lKind);
+        std::unordered_set<std::string_view> lNames(lObjects.size());
         std::size_t lEmpty = 0;
         std::size_t lRepeated = 0;
         const SceneObject* lFirst = nullptr;
-        for (const SceneObject* lObject : mScene.Objects(lKind)) {
+        for (const SceneObject* lObject : lObjects) {
             const KLyrPropertyHandle lName = mScene.Known(*lObject, "name");
             if (lName.GetType() != eSTRING || lName.GetValueInheritType(false) != eLyrOverride)
                 continue;
             if (lObject->name.empty()) {
                 ++lEmpty;
-            } else if (lCounts[lObject->name]++ > 0) {
+            } else if (!lNames.insert(lObject->name).second) {
                 ++lRepeated;
                 lFirst = lFirst ? lFirst : lObject;
             }
