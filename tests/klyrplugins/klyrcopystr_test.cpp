@@ -38,32 +38,11 @@ void ExpectRefused(const std::vector<const char*>& pTexts) {
     }
 }
 
-const std::vector<const char*> kNoIntegers = {"",
-                                              " ",
-                                              "+",
-                                              "-",
-                                              "+-1",
-                                              "-+1",
-                                              "--1",
-                                              "1 2",
-                                              "1.0",
-                                              "1e3",
-                                              "0x10",
-                                              "1a",
-                                              "a1",
-                                              "a",
-                                              "1,000",
-                                              "tru",
-                                              "truee",
-                                              "yes",
-                                              "inf",
-                                              "nan",
-                                              "\xA0"
-                                              "1",
-                                              "1\xA0",
-                                              "- 1",
-                                              "12-",
-                                              "99999999999999999999999"};
+const std::vector<const char*> kNoIntegers = {"",      " ",     "+",   "-",   "+-1",
+                                              "-+1",   "--1",   "1 2", "1.0", "1e3",
+                                              "0x10",  "1a",    "a1",  "a",   "1,000",
+                                              "tru",   "truee", "yes", "inf", "nan",
+                                              "\2401", "1\xA0", "- 1", "12-", "99999999999999999999999"};
 
 template <typename T>
 void CheckIntegers() {
