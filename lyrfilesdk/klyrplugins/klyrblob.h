@@ -16,10 +16,12 @@ namespace lyrsdk {
 
 class LYRSDK_API lyrBlob {
 public:
-    constexpr lyrBlob() = default;
+    constexpr lyrBlob() = default;  // empty
+    // Bytes of its own, or the bytes of pOther, which is empty then.
     lyrBlob(const lyrBlob& pOther) { Assign(pOther); }
     lyrBlob(lyrBlob&& pOther) noexcept;
     ~lyrBlob() { Clear(); }
+    // Takes a copy of the bytes, or the bytes of pOther itself.
     lyrBlob& operator=(const lyrBlob& pOther);
     lyrBlob& operator=(lyrBlob&& pOther) noexcept;
 
@@ -32,6 +34,7 @@ public:
 
     // The bytes, null when there are none. They stay where they are until the blob is changed or destroyed.
     const void* GetData() const { return mData; }
+    // How many bytes there are.
     int GetSize() const { return mSize; }
 
 private:

@@ -28,7 +28,7 @@
 #include "lyrfilesdk/klyrplugins/klyrcopystr.h"
 #include "lyrfilesdk/klyrplugins/klyrvaluetypes.h"
 
-#define LYRSDK_TYPES_PATH "lyrfilesdk/klyrplugins/klyrtypes"
+#define LYRSDK_TYPES_PATH "lyrfilesdk/klyrplugins/klyrtypes"  // the path that reports of conversions carry
 
 namespace lyrsdk {
 namespace detail {

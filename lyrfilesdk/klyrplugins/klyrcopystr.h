@@ -19,6 +19,7 @@
 
 namespace lyrsdk {
 
+// Reads pText into pValue. False, and unchanged, when it is no such value.
 LYRSDK_API bool lyrCopyStr(bool& pValue, const KString& pText);
 LYRSDK_API bool lyrCopyStr(char& pValue, const KString& pText);
 LYRSDK_API bool lyrCopyStr(unsigned char& pValue, const KString& pText);

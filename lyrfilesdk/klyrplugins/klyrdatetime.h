@@ -21,17 +21,24 @@ namespace lyrsdk {
 
 class LYRSDK_API lyrDateTime {
 public:
-    constexpr lyrDateTime() = default;
+    constexpr lyrDateTime() = default;  // 0000-01-01T00:00:00.000
 
     // Takes a date and a time of day. False, and unchanged, when one of the numbers is out of its range.
     bool Set(int pYear, int pMonth, int pDay, int pHour = 0, int pMinute = 0, int pSecond = 0, int pMillisecond = 0);
 
+    // 0 to 9999.
     int GetYear() const { return mYear; }
+    // 1 to 12.
     int GetMonth() const { return mMonth; }
+    // 1 to the days of the month.
     int GetDay() const { return mDay; }
+    // 0 to 23.
     int GetHour() const { return mHour; }
+    // 0 to 59.
     int GetMinute() const { return mMinute; }
+    // 0 to 59.
     int GetSecond() const { return mSecond; }
+    // 0 to 999.
     int GetMillisecond() const { return mMillisecond; }
 
     // Reads YYYY-MM-DDTHH:MM[:SS[.f]] with a fraction of one to three digits, and with 'T', 't' or a blank between date
@@ -43,6 +50,7 @@ public:
     // Writes the same text into pBuffer, zero byte behind it, and returns its length, which is 23.
     int format(char (&pBuffer)[32]) const;
 
+    // Whether date and time of day are equal.
     friend bool operator==(const lyrDateTime& pLeft, const lyrDateTime& pRight) {
         return pLeft.mYear == pRight.mYear && pLeft.mMonth == pRight.mMonth && pLeft.mDay == pRight.mDay &&
                pLeft.mHour == pRight.mHour && pLeft.mMinute == pRight.mMinute && pLeft.mSecond == pRight.mSecond &&

@@ -10,12 +10,15 @@ namespace lyrsdk {
 
 class LYRSDK_API lyrDistance {
 public:
-    constexpr lyrDistance() = default;
+    constexpr lyrDistance() = default;  // 0 Inch
+    // So many of that unit.
     constexpr lyrDistance(float pValue, const KLyrSystemUnit& pUnit) : mValue(pValue), mUnit(pUnit) {}
 
-    // The number as it was given, its unit, and the unit's short name.
+    // The number as it was given.
     constexpr float value() const { return mValue; }
+    // Its unit.
     constexpr const KLyrSystemUnit& unit() const { return mUnit; }
+    // The short name of the unit; empty when there is no memory.
     KString unitName() const { return mUnit.GetScaleFactorAsString(true); }
 
     // The length in inches: the product is made in extended precision and rounded to float once.

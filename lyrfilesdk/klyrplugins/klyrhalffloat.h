@@ -39,15 +39,20 @@ LYRSDK_API extern const HalfFloats kHalfFloats;
 
 class LYRSDK_API lyrHalfFloat {
 public:
-    constexpr lyrHalfFloat() = default;
+    constexpr lyrHalfFloat() = default;  // +0
+    // The half for a float, as FtoHF makes it.
     lyrHalfFloat(float pValue) { mBits = FtoHF(&pValue); }
+    // A copy.
     lyrHalfFloat(const lyrHalfFloat&) = default;
+    // Copies.
     lyrHalfFloat& operator=(const lyrHalfFloat&) = default;
 
-    // The half with the given bit pattern, and the bit pattern of a half.
+    // The half with the given bit pattern.
     static constexpr lyrHalfFloat FromBits(unsigned short pBits) { return lyrHalfFloat(pBits, FromPattern()); }
+    // The bit pattern.
     constexpr unsigned short bits() const { return mBits; }
 
+    // The float that the half stands for.
     float value() const { return HFtoF(mBits); }
 
     // The bit pattern of the half for *pValue, read as a bit pattern, so that a signalling NaN is safe. Null gives 0.

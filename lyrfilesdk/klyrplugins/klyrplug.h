@@ -12,9 +12,11 @@ class LYRSDK_API KLyrPlug {
 public:
     KLyrPlug() = delete;
 
+    // Whether wipe mode is on.
     static bool GetWipeMode() { return sgWipeMode; }
     static void SetWipeMode(bool pWipeMode) { sgWipeMode = pWipeMode; }
 
+    // The switch itself.
     static bool sgWipeMode;
 };
 

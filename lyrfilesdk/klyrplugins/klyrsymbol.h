@@ -25,13 +25,14 @@ namespace lyrsdk {
 
 class LYRSDK_API KLyrStringSymbol {
 public:
-    constexpr KLyrStringSymbol() noexcept = default;
-    // Null is the empty text.
+    constexpr KLyrStringSymbol() noexcept = default;  // the empty text
+    // The symbol of a text, or of the text of another symbol. Null is the empty text.
     KLyrStringSymbol(const char* pText) { Assign(pText); }
     KLyrStringSymbol(const KLyrStringSymbol& pOther) noexcept : mText(pOther.mText) { AddReference(mText); }
     KLyrStringSymbol(KLyrStringSymbol&& pOther) noexcept : mText(std::exchange(pOther.mText, nullptr)) {}
     ~KLyrStringSymbol() { Release(mText); }
 
+    // Becomes the symbol of another one's text, or of a text; null is the empty text.
     KLyrStringSymbol& operator=(const KLyrStringSymbol& pOther) noexcept;
     KLyrStringSymbol& operator=(KLyrStringSymbol&& pOther) noexcept;
     KLyrStringSymbol& operator=(const char* pText);
@@ -40,10 +41,12 @@ public:
     // there is no memory.
     bool Assign(const char* pText);
 
+    // Whether this is the empty text.
     bool IsEmpty() const { return !mText; }
     // The shared copy, never null; every empty symbol gives the same pointer. It lives as long as a symbol of this
     // text.
     const char* Buffer() const { return mText ? mText : sgEmptyText; }
+    // What Buffer gives.
     operator const char*() const { return Buffer(); }
 
     // By identity, in constant time. A text that was not taken for want of memory makes its symbol equal to the empty

@@ -17,7 +17,9 @@ public:
     constexpr explicit KLyrSystemUnit(double pScaleFactor, double pMultiplier = 1.0)
         : mScaleFactor(pScaleFactor), mMultiplier(pMultiplier) {}
 
+    // Centimetres per unit, without the multiplier.
     constexpr double GetScaleFactor() const { return mScaleFactor; }
+    // The multiplier.
     constexpr double GetMultiplier() const { return mMultiplier; }
 
     // How many pTarget one of this unit is: the lengths divided, each length being scale factor times multiplier.
@@ -39,15 +41,15 @@ public:
         return !(pLeft == pRight);
     }
 
-    static const KLyrSystemUnit mm;
-    static const KLyrSystemUnit dm;
-    static const KLyrSystemUnit cm;
-    static const KLyrSystemUnit m;
-    static const KLyrSystemUnit km;
-    static const KLyrSystemUnit Inch;
-    static const KLyrSystemUnit Foot;
-    static const KLyrSystemUnit Yard;
-    static const KLyrSystemUnit Mile;
+    static const KLyrSystemUnit mm;    // millimetre
+    static const KLyrSystemUnit dm;    // decimetre
+    static const KLyrSystemUnit cm;    // centimetre
+    static const KLyrSystemUnit m;     // metre
+    static const KLyrSystemUnit km;    // kilometre
+    static const KLyrSystemUnit Inch;  // 2.54 cm
+    static const KLyrSystemUnit Foot;  // 12 inches
+    static const KLyrSystemUnit Yard;  // 3 feet
+    static const KLyrSystemUnit Mile;  // 1760 yards
 
 private:
     double mScaleFactor;

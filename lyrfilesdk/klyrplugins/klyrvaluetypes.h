@@ -17,6 +17,7 @@ namespace lyrsdk {
 
 // What stands in the storage of an eREFERENCE: a zero byte.
 struct lyrVoidReference {
+    // Always 0.
     unsigned char mByte = 0;
 };
 

@@ -21,8 +21,10 @@ void CopyElement(T& pDst, const T& pSrc) {
 
 }  // namespace detail
 
+// Two elements.
 template <typename T>
 struct __attribute__((may_alias)) lyrVectorTemplate2 {
+    // The element at an index that is not checked.
     T& operator[](int pIndex) { return mData[pIndex]; }
     const T& operator[](int pIndex) const { return mData[pIndex]; }
 
@@ -35,6 +37,7 @@ struct __attribute__((may_alias)) lyrVectorTemplate2 {
         return *this;
     }
 
+    // Whether all elements are equal.
     friend bool operator==(const lyrVectorTemplate2& pLeft, const lyrVectorTemplate2& pRight) {
         return pLeft[0] == pRight[0] && pLeft[1] == pRight[1];
     }
@@ -42,11 +45,14 @@ struct __attribute__((may_alias)) lyrVectorTemplate2 {
         return !(pLeft == pRight);
     }
 
+    // The elements.
     T mData[2] = {};
 };
 
+// Three elements.
 template <typename T>
 struct __attribute__((may_alias)) lyrVectorTemplate3 {
+    // The element at an index that is not checked.
     T& operator[](int pIndex) { return mData[pIndex]; }
     const T& operator[](int pIndex) const { return mData[pIndex]; }
 
@@ -59,6 +65,7 @@ struct __attribute__((may_alias)) lyrVectorTemplate3 {
         return *this;
     }
 
+    // Whether all elements are equal.
     friend bool operator==(const lyrVectorTemplate3& pLeft, const lyrVectorTemplate3& pRight) {
         return pLeft[0] == pRight[0] && pLeft[1] == pRight[1] && pLeft[2] == pRight[2];
     }
@@ -66,11 +73,14 @@ struct __attribute__((may_alias)) lyrVectorTemplate3 {
         return !(pLeft == pRight);
     }
 
+    // The elements.
     T mData[3] = {};
 };
 
+// Four elements.
 template <typename T>
 struct __attribute__((may_alias)) lyrVectorTemplate4 {
+    // The element at an index that is not checked.
     T& operator[](int pIndex) { return mData[pIndex]; }
     const T& operator[](int pIndex) const { return mData[pIndex]; }
 
@@ -87,6 +97,7 @@ struct __attribute__((may_alias)) lyrVectorTemplate4 {
         return *reinterpret_cast<lyrVectorTemplate3<T>*>(const_cast<lyrVectorTemplate4*>(this));
     }
 
+    // Whether all elements are equal.
     friend bool operator==(const lyrVectorTemplate4& pLeft, const lyrVectorTemplate4& pRight) {
         return pLeft[0] == pRight[0] && pLeft[1] == pRight[1] && pLeft[2] == pRight[2] && pLeft[3] == pRight[3];
     }
@@ -94,12 +105,13 @@ struct __attribute__((may_alias)) lyrVectorTemplate4 {
         return !(pLeft == pRight);
     }
 
+    // The elements.
     T mData[4] = {};
 };
 
-using lyrDouble2 = lyrVectorTemplate2<double>;
-using lyrDouble3 = lyrVectorTemplate3<double>;
-using lyrDouble4 = lyrVectorTemplate4<double>;
-using lyrDouble44 = lyrVectorTemplate4<lyrVectorTemplate4<double>>;
+using lyrDouble2 = lyrVectorTemplate2<double>;                       // what eDOUBLE2 stores
+using lyrDouble3 = lyrVectorTemplate3<double>;                       // what eDOUBLE3 stores
+using lyrDouble4 = lyrVectorTemplate4<double>;                       // what eDOUBLE4 stores
+using lyrDouble44 = lyrVectorTemplate4<lyrVectorTemplate4<double>>;  // what eDOUBLE44 stores
 
 }  // namespace lyrsdk

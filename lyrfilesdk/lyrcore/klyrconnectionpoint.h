@@ -22,21 +22,21 @@
 
 namespace lyrsdk {
 
-// What a connection is for. A connection carries one value, which is stored as given.
+// What a connection is for. A connection carries one value, which is stored as given; the library acts on none.
 enum kLyrConnectionType : int {
-    eLyrConnectionNone = 0,
+    eLyrConnectionNone = 0,  // no bits; also the type of no connection
 
-    eLyrConnectionSystem = 1,
-    eLyrConnectionUser = 2,
+    eLyrConnectionSystem = 1,                                                // made by the application itself
+    eLyrConnectionUser = 2,                                                  // made by its user
     eLyrConnectionSystemOrUser = eLyrConnectionSystem | eLyrConnectionUser,  // mask of the origin bits
 
-    eLyrConnectionReference = 4,
-    eLyrConnectionContains = 8,
-    eLyrConnectionData = 16,
+    eLyrConnectionReference = 4,  // one end refers to the other
+    eLyrConnectionContains = 8,   // one end contains the other
+    eLyrConnectionData = 16,      // data goes from the source to the destination
     eLyrConnectionLinkType = eLyrConnectionReference | eLyrConnectionContains | eLyrConnectionData,  // mask
 
-    eLyrConnectionDefault = eLyrConnectionUser | eLyrConnectionReference,
-    eLyrConnectionUnidirectional = 128,
+    eLyrConnectionDefault = eLyrConnectionUser | eLyrConnectionReference,  // what the handle takes when none is named
+    eLyrConnectionUnidirectional = 128,                                    // meant to be followed one way only
 };
 
 class KLyrConnectionIndex;
@@ -49,10 +49,11 @@ class KLyrSubConnectionPoint;
 // the pages whose points it filters. A filter that is destroyed takes its sub-points along.
 class LYRSDK_API KLyrConnectionPointFilter {
 public:
-    KLyrConnectionPointFilter() = default;
+    KLyrConnectionPointFilter() = default;  // no sub-points
     // A copy is a filter of its own, without sub-points.
     KLyrConnectionPointFilter(const KLyrConnectionPointFilter&) {}
     // cppcheck-suppress operatorEqVarError ; what is assigned to keeps its own sub-points
+    // What is assigned to keeps its own sub-points.
     KLyrConnectionPointFilter& operator=(const KLyrConnectionPointFilter&) { return *this; }
     virtual ~KLyrConnectionPointFilter();
 
@@ -70,11 +71,12 @@ public:
     // The connections of one point. Read only from outside.
     class LYRSDK_API KConnectionList {
     public:
-        KConnectionList() = default;
+        KConnectionList() = default;  // no connections
         ~KConnectionList();
         KConnectionList(const KConnectionList&) = delete;
         KConnectionList& operator=(const KConnectionList&) = delete;
 
+        // How many sources and destinations there are.
         int GetSrcCount() const { return mSrcCount; }
         int GetDstCount() const { return mDstCount; }
 
@@ -113,12 +115,13 @@ public:
         KLyrConnectionIndex* mIndex = nullptr;
     };
 
-    // pData comes back from GetData and is not owned.
+    // A point without connections. pData comes back from GetData and is not owned.
     explicit KLyrConnectionPoint(void* pData);
     ~KLyrConnectionPoint();
     KLyrConnectionPoint(const KLyrConnectionPoint&) = delete;
     KLyrConnectionPoint& operator=(const KLyrConnectionPoint&) = delete;
 
+    // What the point was made with.
     void* GetData() const { return mData; }
 
     // Adds pSrc to this point's sources and this point to pSrc's destinations. False, and nothing changes, when pSrc is
@@ -126,15 +129,19 @@ public:
     bool ConnectSrc(KLyrConnectionPoint* pSrc, kLyrConnectionType pType);
     // Takes that connection away; false when there is none.
     bool DisconnectSrc(KLyrConnectionPoint* pSrc);
+    // Whether pSrc is one of this point's sources.
     bool IsConnectedSrc(const KLyrConnectionPoint* pSrc) const;
 
     // Removes every connection of this point, on both sides.
     void WipeConnectionList();
 
+    // How many sources and destinations there are.
     int GetSrcCount() const { return mList.GetSrcCount(); }
     int GetDstCount() const { return mList.GetDstCount(); }
+    // The source or destination at position pIndex, in order of connection; null when there is none.
     KLyrConnectionPoint* GetSrc(int pIndex) const { return mList.GetSrc(pIndex); }
     KLyrConnectionPoint* GetDst(int pIndex) const { return mList.GetDst(pIndex); }
+    // The type of that connection; eLyrConnectionNone when there is none.
     kLyrConnectionType GetSrcType(int pIndex) const { return mList.GetSrcType(pIndex); }
     kLyrConnectionType GetDstType(int pIndex) const { return mList.GetDstType(pIndex); }
 
@@ -143,6 +150,7 @@ public:
     // 0 or null when there is no memory for the sub-point.
     int GetSrcCount(KLyrConnectionPointFilter* pFilter);
     int GetDstCount(KLyrConnectionPointFilter* pFilter);
+    // The peer at that position among those that pFilter selects; null when there is none.
     KLyrConnectionPoint* GetSrc(int pIndex, KLyrConnectionPointFilter* pFilter);
     KLyrConnectionPoint* GetDst(int pIndex, KLyrConnectionPointFilter* pFilter);
 

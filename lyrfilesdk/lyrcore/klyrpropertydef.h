@@ -24,23 +24,24 @@ enum KLyrInheritType : int {
 // The flags of a property: one bit each.
 class LyrPropertyFlags {
 public:
+    // Words for an application to agree on: the library keeps flags and acts on none of them.
     enum eLyrPropertyFlags : unsigned {
-        eNO_FLAG = 0,
-        eANIMATABLE = 1,
-        eUSER = 2,
-        eTEMPORARY = 4,
-        ePUBLISHED = 8,
-        ePSTATIC = 16,
-        eNOT_SAVABLE = 32,
-        eHIDDEN = 64,
-        eUI_DISABLED = 128,
-        eUI_GROUP = 256,
-        eUI_BOOLGROUP = 512,
-        eUI_EXPANDED = 1024,
-        eUI_NOCAPTION = 2048,
-        eUI_PANEL = 4096,
-        eUI_LEFTLABEL = 8192,
-        eUI_HIDDEN = 16384,
+        eNO_FLAG = 0,          // none
+        eANIMATABLE = 1,       // may be animated
+        eUSER = 2,             // was added by a user
+        eTEMPORARY = 4,        // is for the time being
+        ePUBLISHED = 8,        // is offered to other parts of the application
+        ePSTATIC = 16,         // counts as static
+        eNOT_SAVABLE = 32,     // is left out when a scene is saved
+        eHIDDEN = 64,          // is not shown
+        eUI_DISABLED = 128,    // is shown, and not edited
+        eUI_GROUP = 256,       // is the head of a group
+        eUI_BOOLGROUP = 512,   // is the head of a group, and its switch
+        eUI_EXPANDED = 1024,   // is a group that is shown open
+        eUI_NOCAPTION = 2048,  // is shown without a caption
+        eUI_PANEL = 4096,      // has a panel of its own
+        eUI_LEFTLABEL = 8192,  // has its label to the left
+        eUI_HIDDEN = 16384,    // is not shown in panels
     };
 
     // How many bits a flags item has room for, the undefined top bit included.
@@ -68,6 +69,7 @@ constexpr LyrPropertyFlags::eLyrPropertyFlags operator&(LyrPropertyFlags::eLyrPr
     return static_cast<LyrPropertyFlags::eLyrPropertyFlags>(static_cast<unsigned>(pLeft) &
                                                             static_cast<unsigned>(pRight));
 }
+// All other flags.
 constexpr LyrPropertyFlags::eLyrPropertyFlags operator~(LyrPropertyFlags::eLyrPropertyFlags pFlags) {
     return static_cast<LyrPropertyFlags::eLyrPropertyFlags>(~static_cast<unsigned>(pFlags));
 }

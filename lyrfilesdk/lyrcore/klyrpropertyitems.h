@@ -77,9 +77,10 @@ void TakeOut(T* pItem) {
 // not inherited. A plain value of four bytes.
 class LYRSDK_API KLyrPropertyFlags {
 public:
+    // The flags.
     using eLyrPropertyFlags = LyrPropertyFlags::eLyrPropertyFlags;
 
-    KLyrPropertyFlags() = default;
+    KLyrPropertyFlags() = default;  // nothing on, nothing set here
     // The flags pFlags, on and set here.
     explicit KLyrPropertyFlags(eLyrPropertyFlags pFlags) {
         ModifyFlags(pFlags, true);
@@ -91,15 +92,19 @@ public:
     // The flags that a page starts from when it begins to hold its own: none, whatever this item holds.
     KLyrPropertyFlags Clone(KLyrPropertyPage*) const { return KLyrPropertyFlags(); }
 
+    // Marks flags as set here; their bits stay. Always true.
     bool SetMask(unsigned pFlags) {
         mFlagData |= pFlags << 16;
         return true;
     }
+    // Takes such marks away; the bits stay. Always true.
     bool UnsetMask(unsigned pFlags) {
         mFlagData &= ~(pFlags << 16);
         return true;
     }
+    // The flags that are marked as set here.
     unsigned GetMask() const { return mFlagData >> 16; }
+    // The flags that are on, marked or not.
     eLyrPropertyFlags GetFlags() const { return static_cast<eLyrPropertyFlags>(mFlagData & 0xFFFFu); }
 
     // What is seen when pParentFlags is inherited where nothing is set here.
@@ -125,6 +130,7 @@ public:
         mFlagData = (mFlagData & 0xFFFF0000u) | (((GetFlags() & ~pMask) | pFlags) & 0xFFFFu);
         return SetMask(pMask);
     }
+    // Whether the bits pFlags are the same in both.
     bool Equal(const KLyrPropertyFlags& pOther, unsigned pFlags) const {
         return (GetFlags() & pFlags) == (pOther.GetFlags() & pFlags);
     }
@@ -149,12 +155,14 @@ public:
     // A new item of the same type with a copy of the value.
     KLyrPropertyValue* Clone(KLyrPropertyPage* pPage) const;
 
+    // Counts a reference, or gives one back; the last one frees the item.
     void IncRef() { ++mRef; }
     void DecRef() {
         if (--mRef == 0)
             LyrSdkDelete(this);
     }
 
+    // The type that the value is stored as.
     ELyrType GetType() const { return mType; }
     // The value converted into *pValue or from it. False, and nothing is written, when the conversion is refused, the
     // pointer is null or the item has no storage.
@@ -180,20 +188,29 @@ private:
 class LYRSDK_API KLyrPropertyInfo {
 public:
     // The bounds that a description can hold. They are kept and given back, not enforced.
-    enum eValueIndex : int { eValueMin = 0, eValueSoftMin = 1, eValueMax = 2, eValueSoftMax = 3, eValueCount = 4 };
+    enum eValueIndex : int {
+        eValueMin = 0,      // the minimum
+        eValueSoftMin = 1,  // the soft minimum
+        eValueMax = 2,      // the maximum
+        eValueSoftMax = 3,  // the soft maximum
+        eValueCount = 4     // how many there are; not a bound
+    };
 
+    // A description of a property of a plain type; null is the empty name.
     static KLyrPropertyInfo* Create(const char* pName, ELyrType pType);
     // Typed by a page, which is not owned; null makes a description of type eUNIDENTIFIED.
     static KLyrPropertyInfo* Create(const char* pName, KLyrTypeInfo* pTypeInfo);
     // A new description of the same name and type. Label, user tag and data, bounds and enumeration stay behind.
     KLyrPropertyInfo* Clone(KLyrPropertyPage* pPage) const;
 
+    // Counts a reference, or gives one back; the last one frees the item.
     void IncRef() { ++mRef; }
     void DecRef() {
         if (--mRef == 0)
             LyrSdkDelete(this);
     }
 
+    // The name.
     KLyrStringSymbol GetName() const { return mName; }
     // The name as a text that lives as long as this item.
     const char* GetNameText() const { return mName; }
@@ -204,29 +221,35 @@ public:
     // Null for a plain type, and once the page was destroyed; the type it gave is then kept.
     KLyrTypeInfo* GetTypeInfo() const { return mTypeInfo; }
 
-    // False when there is no memory; null is the empty text.
+    // The label. Setting it is false when there is no memory; null is the empty text.
     bool SetLabel(const char* pLabel) { return mLabel.Assign(pLabel); }
     const char* GetLabel() const { return mLabel; }
+    // A number for the application, 0 at first.
     void SetUserTag(int pUserTag) { mUserTag = pUserTag; }
     int GetUserTag() const { return mUserTag; }
+    // A pointer for the application, not owned and not looked at.
     void SetUserData(const void* pUserData) { mUserData = const_cast<void*>(pUserData); }
     void* GetUserData() const { return mUserData; }
 
-    // Bounds. They are kept in the type that the property has when its first one is set. False for an index that is
-    // not a bound, a null pointer, a refused conversion, a type without storage, or for want of memory.
+    // Whether there is such a bound.
     bool HasMinMax(eValueIndex pIndex) const { return IsBound(pIndex) && mMinMaxValue[pIndex]; }
+    // Bounds. They are kept in the type that the property has when its first one is set. False for an index that is not
+    // a bound, a null pointer, a refused conversion, a type without storage, or for want of memory.
     bool SetMinMax(eValueIndex pIndex, const void* pValue, ELyrType pValueType);
     bool GetMinMax(eValueIndex pIndex, void* pValue, ELyrType pValueType) const;
 
-    // Enumeration texts; a text's index is its value. Only a description of type eENUM takes any.
+    // The number of enumeration texts; a text's index is its value. Only a description of type eENUM takes any.
     int GetEnumCount() const { return mEnumList ? mEnumList->GetCount() : 0; }
     // Null for another type or an index past the end; an index below 0 gives the first text.
     const char* GetEnumValue(int pIndex) const;
     // The new index, or -1: another type, a text that is there already, no memory.
     int AddEnumValue(const char* pName);
-    // May repeat a text. An index past the end appends, one below 0 does nothing.
+    // Puts a text in front of the one at pIndex. It may repeat a text. An index past the end appends, one below 0 does
+    // nothing.
     void InsertEnumValue(int pIndex, const char* pName);
+    // Replaces the text at pIndex, which may repeat another one. Nothing happens where there is none.
     void SetEnumValue(int pIndex, const char* pName);
+    // Takes the text at pIndex out; those behind it move down. Nothing happens where there is none.
     void RemoveEnumValue(int pIndex);
 
 private:
@@ -268,10 +291,12 @@ private:
 // The connection point of a property, with the way back to the property.
 class LYRSDK_API KLyrPropertyConnect {
 public:
+    // An item without connections, for one property of a page.
     static KLyrPropertyConnect* Create(KLyrPropertyPage* pPage, int pId);
     // A connection item for pPage with the same id, and with no connections.
     KLyrPropertyConnect* Clone(KLyrPropertyPage* pPage) const { return Create(pPage, mId); }
 
+    // Counts a reference, or gives one back; the last one frees the item.
     void IncRef() { ++mRef; }
     void DecRef() {
         if (--mRef == 0)
@@ -280,19 +305,24 @@ public:
 
     // The page that this item was made for, whoever holds the item; null once that page or its property is gone.
     KLyrPropertyPage* GetPage() const { return mPage; }
+    // The property that this item was made for.
     int GetPropertyId() const { return mId; }
 
-    // This item as the destination. False for a null source; else what the connection points say.
+    // Makes pSrc a source of this item. False for a null source; else what the connection points say.
     bool ConnectSrc(KLyrPropertyConnect* pSrc, kLyrConnectionType pType);
+    // Takes that connection away; false when there is none.
     bool DisconnectSrc(KLyrPropertyConnect* pSrc);
+    // Whether pSrc is a source of this item.
     bool IsConnectedSrc(KLyrPropertyConnect* pSrc);
-    // Through a filter, or all with a null filter.
+    // How many sources or destinations a filter selects; all of them with a null filter.
     int GetSrcCount(KLyrConnectionPointFilter* pFilter) { return mConnectionPoint.GetSrcCount(pFilter); }
     int GetDstCount(KLyrConnectionPointFilter* pFilter) { return mConnectionPoint.GetDstCount(pFilter); }
-    // The item at the other side; null when the index is out of range.
+    // The item at the other side, of those that the filter selects; null when the index is out of range.
     KLyrPropertyConnect* GetSrc(KLyrConnectionPointFilter* pFilter, int pIndex);
     KLyrPropertyConnect* GetDst(KLyrConnectionPointFilter* pFilter, int pIndex);
+    // Drops what is kept for filters; it is made anew when next asked for.
     void ClearConnectCache() { mConnectionPoint.SubConnectRemoveAll(); }
+    // Removes every connection of this item.
     void WipeAllConnections() { mConnectionPoint.WipeConnectionList(); }
 
     // The point itself, for its types.
@@ -328,6 +358,7 @@ public:
     // Destroys the entry, which gives back its references.
     void Destroy() { LyrSdkDelete(this); }
 
+    // The parent property.
     kLyrPropertyId GetParentId() const { return mParentId; }
 
     // The item or null, the flags never null. The argument only chooses the kind and is not looked at.

@@ -62,6 +62,7 @@ public:
     // Leaves out the ids below pNextId. False, and nothing changes, when that would go back.
     bool SkipTo(int pNextId);
 
+    // Counts a page of the family, or gives one back; the last one frees the counter.
     void IncRef() { ++mRef; }
     void DecRef() {
         if (--mRef == 0)
@@ -92,8 +93,11 @@ private:
 
 class LYRSDK_API KLyrPropertyPage {
 public:
+    // The flags of properties.
     using eLyrPropertyFlags = LyrPropertyFlags::eLyrPropertyFlags;
+    // The entries of a page by id.
     using KEntryMap = KMap<int, KLyrPropertyEntry*, KLyrLessCompare<int>, KHungryAllocator>;
+    // Ids by parent and name.
     using KNameMap = KMap<KPair<int, const char*>, int, KNameMapCompare, KBaseAllocator>;
 
     // --- making and destroying -------------------------------------------------------------------------------------
@@ -112,6 +116,7 @@ public:
     // seen and the instances.
     void Destroy();
 
+    // Whether pPage is this very page.
     bool Is(const KLyrPropertyPage* pPage) const { return pPage == this; }
     // Not supported: false, and nothing changes.
     bool Reparent(int pChildId, int pNewParentId);
@@ -120,6 +125,7 @@ public:
     void SetDataPtr(void* pDataPtr) { mDataPtr = pDataPtr; }
     void* GetDataPtr() const { return mDataPtr; }
 
+    // The page that this one is an instance of; null for a family root.
     KLyrPropertyPage* GetInstanceOf() const { return mInstanceOf; }
     // The pages that are instances of this one. Their order changes when one of them is destroyed. To be read only.
     KArrayTemplate<KLyrPropertyPage*>& GetInstances() { return mInstances; }
@@ -170,24 +176,38 @@ public:
 
     // --- description: shared with every page that sees it ----------------------------------------------------------
 
+    // The type, eUNIDENTIFIED without a description.
     ELyrType GetType(int pId) const;
+    // The name, "" without a description. It lives as long as the description.
     const char* GetName(int pId) const;
+    // The page that types the property, or null.
     KLyrPropertyPage* GetTypeInfo(int pId) const;
+    // The label, "" without one. Setting it is false without a description or memory; null is the empty text.
     const char* GetLabel(int pId) const;
     bool SetLabel(int pId, const char* pLabel);
+    // A number for the application, 0 at first. Setting it is false without a description.
     int GetUserTag(int pId) const;
     bool SetUserTag(int pId, int pUserTag);
+    // A pointer for the application, not owned. Setting it is false without a description.
     void* GetUserData(int pId) const;
     bool SetUserData(int pId, const void* pUserData);
+    // A bound, converted; false as KLyrPropertyInfo says, and without a description.
     bool SetMinMax(int pId, KLyrPropertyInfo::eValueIndex pIndex, const void* pValue, ELyrType pValueType);
     bool GetMinMax(int pId, KLyrPropertyInfo::eValueIndex pIndex, void* pValue, ELyrType pValueType) const;
+    // Whether there is such a bound.
     bool HasMinMax(int pId, KLyrPropertyInfo::eValueIndex pIndex) const;
+    // Appends an enumeration text and gives its index; -1 for one that is there already, another type, or no memory.
     int AddEnumValue(int pId, const char* pName);
+    // Puts a text in front of the one at pIndex; past the end appends. Stored indices stay as they are.
     void InsertEnumValue(int pId, int pIndex, const char* pName);
+    // The number of enumeration texts; 0 for other types.
     int GetEnumCount(int pId) const;
+    // Replaces the text at pIndex, if there is one.
     void SetEnumValue(int pId, int pIndex, const char* pName);
+    // Takes the text at pIndex out, if there is one. Stored indices stay as they are.
     void RemoveEnumValue(int pId, int pIndex);
-    // "" without a description, null from one that has no such text.
+    // The text at pIndex; "" without a description, null from one that has no such text. It lives until it is changed
+    // or removed.
     const char* GetEnumValue(int pId, int pIndex) const;
 
     // --- inheritance -----------------------------------------------------------------------------------------------
@@ -223,17 +243,21 @@ public:
 
     // --- the property tree -----------------------------------------------------------------------------------------
 
-    // -1 for the root and for an unknown id.
+    // The id of the parent as it was given; -1 for the root and for an unknown id.
     int GetParent(int pId) const;
     // Whether pAncestorId is on pId's parent chain; 0 and below count as everyone's ancestor. Ends on circles.
     bool IsDescendentOf(int pId, int pAncestorId) const;
+    // Whether pParentId is the parent of pId.
     bool IsChildOf(int pId, int pParentId) const;
     // The smallest id above pId (above 0 for -1) in the chain, or -1, and its entry: of equal ids the farthest page's.
     int GetMinimumPropertyIdAndEntry(int pId, KLyrPropertyEntry** pEntry = nullptr) const;
-    // Children, siblings and descendants come in ascending id order; -1 behind the last.
+    // The first child; -1 when there is none. Children, siblings and descendants come in ascending id order.
     int GetChild(int pParentId) const;
+    // The next property with the same parent; -1 behind the last.
     int GetSibling(int pId) const;
+    // The first property anywhere below.
     int GetFirstDescendent(int pAnscestorId) const;
+    // The property anywhere below pAnscestorId that comes behind pId; -1 behind the last.
     int GetNextDescendent(int pAnscestorId, int pId) const;
     // One more than the largest id in the chain (at most 2^31 - 1); 0 when there is none.
     int GetPropertyEntryCount() const;
@@ -245,6 +269,7 @@ public:
     // by pTypeInfo (null: no filter). Allocates nothing unless a name in the middle of a path is long.
     int Find(int pId, const char* pName, KLyrPropertyPage* pTypeInfo, bool pCaseSensitive,
              const char* pChildrenSeparators) const;
+    // The child of pId with this name, no path; -1 when there is none.
     int FastFind(int pId, const char* pName, KLyrPropertyPage* pTypeInfo, bool pCaseSensitive) const;
 
     // Between these two, a map of all names of the chain answers lookups, with case and without looking at the
@@ -259,11 +284,14 @@ public:
     // is made, for a null page, an unknown id, a property with itself, a second connection of the two, or no memory.
     bool ConnectSrc(int pDstId, KLyrPropertyPage* pSrcPage, int pSrcId, kLyrConnectionType pType);
     bool ConnectDst(int pSrcId, KLyrPropertyPage* pDstPage, int pDstId, kLyrConnectionType pType);
-    // These see only connection items that the pages hold themselves.
+    // Takes a connection away; false when there is none. Only connection items that the pages hold themselves are seen.
     bool DisconnectSrc(int pDstId, KLyrPropertyPage* pSrcPage, int pSrcId);
     bool DisconnectDst(int pSrcId, KLyrPropertyPage* pDstPage, int pDstId);
+    // Whether the two are connected in that direction, by items that the pages hold themselves.
     bool IsConnectedSrc(int pDstId, KLyrPropertyPage* pSrcPage, int pSrcId) const;
     bool IsConnectedDst(int pSrcId, KLyrPropertyPage* pDstPage, int pDstId) const;
+    // How many sources or destinations a filter selects; all of them with a null filter. 0 where this page holds no
+    // connection item itself.
     int GetSrcCount(int pId, KLyrConnectionPointFilter* pFilter) const;
     int GetDstCount(int pId, KLyrConnectionPointFilter* pFilter) const;
     // The other end at pIndex, in order of connection. False, and nothing is written, when there is none. Either
@@ -272,8 +300,9 @@ public:
                 int* pSrcId) const;
     bool GetDst(int pId, int pIndex, KLyrConnectionPointFilter* pFilter, KLyrPropertyPage** pDstPage,
                 int* pDstId) const;
-    // These act on the item seen, inherited or not.
+    // Removes every connection of the item seen, inherited or not.
     void WipeAllConnections(int pId);
+    // Drops what the item seen, inherited or not, keeps for filters; it is made anew when next asked for.
     void ClearConnectCache(int pId);
 
 private:

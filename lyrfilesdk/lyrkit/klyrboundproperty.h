@@ -43,12 +43,15 @@ public:
     KLyrBoundProperty(const KLyrPropertyHandle& pFrom, const char* pPath, const char* pSeparators = "/",
                       bool pCaseSensitive = true)
         : KLyrBoundProperty(pFrom.Find(pPath, pSeparators, pCaseSensitive)) {}
+    // Bound to what pOther is bound to.
     KLyrBoundProperty(const KLyrBoundProperty& pOther);
+    // Bound to what pOther is bound to.
     KLyrBoundProperty& operator=(const KLyrBoundProperty& pOther);
     ~KLyrBoundProperty() { Release(); }
 
-    // Whether it was found. The id, -1 when it was not.
+    // Whether it was found.
     bool IsBound() const { return mFamily != nullptr; }
+    // The id, -1 when it was not found.
     int GetId() const { return mId; }
 
     // What it is on the page of pPage, whose id does not matter.

@@ -19,6 +19,7 @@
 
 namespace lyrsdk {
 
+// What the conversion of a pair of types does to a value, at worst.
 enum ELyrConversionVerdict : int {
     // One and the same type code.
     eLyrConvertsSame,
@@ -155,15 +156,20 @@ static_assert(lyrConversionVerdict(eSHORT1, eBYTE1) == eLyrRefusedSilently);
 static_assert(lyrConversionVerdict(eDOUBLE1, eTIME) == eLyrRefusedWithReport);
 
 // The two ways of a value: out of a property, or into it.
-enum ELyrAccess : int { eLyrRead = 0, eLyrWrite = 1 };
+enum ELyrAccess : int {
+    eLyrRead = 0,  // a Get
+    eLyrWrite = 1  // a Set
+};
 
 // A sentence of bounded length. Names and texts that are quoted in it are cut where it would grow too long.
 struct KLyrReason {
+    // The bytes of a text, zero byte included.
     static constexpr int kSize = 256;
 
-    // Nothing stands in the way.
+    // Whether nothing stands in the way.
     bool IsEmpty() const { return mText[0] == '\0'; }
 
+    // The text, empty when nothing stands in the way.
     char mText[kSize] = {};
 };
 

@@ -29,7 +29,9 @@
 
 namespace lyrsdk {
 
+// What a dump shows of each property.
 struct KLyrDumpStyle {
+    // Between the names of a path.
     char mSeparator = '/';
     // Only properties of which the page holds something itself.
     bool mOnlyOwn = false;
@@ -47,6 +49,7 @@ LYRSDK_API bool lyrDump(std::ostream& pStream, const KLyrPropertyHandle& pProper
 // once, and handles without a page are passed over. False when there is nothing to show.
 LYRSDK_API bool lyrDumpFamilies(std::ostream& pStream, const KLyrPropertyHandle* pPages, int pCount,
                                 const KLyrDumpStyle& pStyle = KLyrDumpStyle());
+// The same for one family.
 LYRSDK_API bool lyrDumpFamily(std::ostream& pStream, const KLyrPropertyHandle& pPage,
                               const KLyrDumpStyle& pStyle = KLyrDumpStyle());
 

@@ -25,8 +25,9 @@ LYRSDK_API std::size_t lyrUtf8Length(std::string_view pText);
 // it: the character itself, or an escape in pBuffer. An empty text gives an empty text.
 LYRSDK_API std::string_view lyrEscapeFirst(std::string_view& pRest, char (&pBuffer)[16]);
 
-// A text, escaped; quoted, with quotation marks around it and a backslash in front of those inside.
+// A text, escaped.
 LYRSDK_API void lyrDumpText(std::ostream& pStream, std::string_view pText);
+// The same with quotation marks around it and a backslash in front of those inside.
 LYRSDK_API void lyrDumpQuoted(std::ostream& pStream, std::string_view pText);
 
 // The value seen, by its own conversion to a text: texts in quotation marks, an enumeration's index with its text in

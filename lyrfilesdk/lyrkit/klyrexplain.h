@@ -21,6 +21,7 @@
 
 namespace lyrsdk {
 
+// Which page an item comes from.
 enum class KLyrOrigin : int {
     eNowhere,    // no page of the chain holds it
     eOwn,        // the page asked holds it itself
@@ -29,6 +30,7 @@ enum class KLyrOrigin : int {
 
 // Where one item comes from.
 struct KLyrItemOrigin {
+    // Which page that is.
     KLyrOrigin mOrigin = KLyrOrigin::eNowhere;
     // How many pages up the chain the holder is: 0 for an own item, -1 for nowhere.
     int mDistance = -1;
@@ -41,8 +43,11 @@ struct KLyrItemOrigin {
 
 // Where one flag comes from. The holder is the nearest page that sets the flag or merely has it on.
 struct KLyrFlagOrigin {
+    // Which page that is.
     KLyrOrigin mOrigin = KLyrOrigin::eNowhere;
+    // How many pages up the chain the holder is: 0 for an own flag, -1 for nowhere.
     int mDistance = -1;
+    // The property on the page of the holder; the default handle for nowhere.
     KLyrPropertyHandle mHolder;
     // As GetFlags shows it.
     bool mIsOn = false;
@@ -54,6 +59,7 @@ struct KLyrFlagOrigin {
 };
 
 struct KLyrExplanation {
+    // How many flags there are.
     static constexpr int kFlagCount = LyrPropertyFlags::GetFlagCount();
 
     // The property that was asked for.
@@ -61,22 +67,28 @@ struct KLyrExplanation {
     // The property on the farthest page that has it: where it was added.
     KLyrPropertyHandle mAddedBy;
 
+    // Where the description comes from.
     KLyrItemOrigin mDescription;
+    // Where the value comes from.
     KLyrItemOrigin mValue;
     // By bit: mFlags[k] is the flag 1 << k.
     KLyrFlagOrigin mFlags[kFlagCount];
-    // As GetFlags shows them; those that the page asked marks as set; those that show once it inherits all of them.
+    // The flags as GetFlags shows them.
     LyrPropertyFlags::eLyrPropertyFlags mFlagsSeen = LyrPropertyFlags::eNO_FLAG;
+    // Those that the page asked marks as set.
     LyrPropertyFlags::eLyrPropertyFlags mFlagsSet = LyrPropertyFlags::eNO_FLAG;
+    // Those that show once it inherits all of them.
     LyrPropertyFlags::eLyrPropertyFlags mFlagsIfInherited = LyrPropertyFlags::eNO_FLAG;
 
     // Connections are seen and cut only where they were made: the counts are 0 unless the item is own. An inherited
     // item is what WipeAllConnections on this page would wipe.
     KLyrItemOrigin mConnections;
+    // How many sources and destinations the own item has.
     int mSrcCount = 0;
     int mDstCount = 0;
 };
 
+// Explains a property as its page sees it.
 LYRSDK_API KLyrExplanation lyrExplain(const KLyrPropertyHandle& pProperty);
 
 }  // namespace lyrsdk

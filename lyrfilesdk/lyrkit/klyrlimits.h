@@ -33,16 +33,17 @@ namespace lyrsdk {
 enum ELyrLimits : int {
     eLyrHardLimits = 1,  // minimum and maximum
     eLyrSoftLimits = 2,  // soft minimum and soft maximum
-    eLyrAllLimits = 3,
+    eLyrAllLimits = 3,   // both
 };
 
+// What is wrong with a value.
 enum ELyrLimitVerdict : int {
-    eLyrWithinLimits,
-    eLyrBelowMin,
-    eLyrAboveMax,
-    eLyrBelowSoftMin,
-    eLyrAboveSoftMax,
-    eLyrIsNotANumber,
+    eLyrWithinLimits,  // nothing
+    eLyrBelowMin,      // below the minimum
+    eLyrAboveMax,      // above the maximum
+    eLyrBelowSoftMin,  // below the soft minimum
+    eLyrAboveSoftMax,  // above the soft maximum
+    eLyrIsNotANumber,  // it is not a number, and there is a limit
     // No such property, limits that are none, a refused conversion, a text that does not read, or no order.
     eLyrLimitsRefused,
 };

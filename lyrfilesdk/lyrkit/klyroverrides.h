@@ -25,18 +25,20 @@ namespace lyrsdk {
 
 // What the page of a property holds of it itself.
 struct KLyrOverride {
+    // The property that this is about.
     KLyrPropertyHandle mProperty;
     // An own entry. It may be without any items: connecting leaves such entries behind.
     bool mIsHeld = false;
     // No page above has the property: this page added it.
     bool mIsAdded = false;
-    bool mDescription = false;
-    bool mValue = false;
-    bool mConnections = false;
+    bool mDescription = false;  // an own description
+    bool mValue = false;        // an own value
+    bool mConnections = false;  // an own connection item
     // The flags that are marked as set here.
     LyrPropertyFlags::eLyrPropertyFlags mFlags = LyrPropertyFlags::eNO_FLAG;
 };
 
+// What the page of pProperty holds of it.
 LYRSDK_API KLyrOverride lyrOverrideOf(const KLyrPropertyHandle& pProperty);
 
 // --- what changes nothing ------------------------------------------------------------------------------------------
@@ -45,14 +47,18 @@ LYRSDK_API KLyrOverride lyrOverrideOf(const KLyrPropertyHandle& pProperty);
 // for bit (0 and -0 differ, a NaN equals the same NaN), flags set to what the page above shows. Of flags that hold
 // others in place, which came along unmarked and show something else, none.
 struct KLyrRedundancy {
+    // The property that this is about.
     KLyrPropertyHandle mProperty;
+    // Whether the value is redundant.
     bool mValue = false;
+    // The flags that are.
     LyrPropertyFlags::eLyrPropertyFlags mFlags = LyrPropertyFlags::eNO_FLAG;
 
+    // Whether anything is.
     bool IsAny() const { return mValue || mFlags != LyrPropertyFlags::eNO_FLAG; }
 };
 
-// Without memory to look at a text or blob, its value counts as no redundancy.
+// What is redundant of one property. Without memory to look at a text or blob, its value counts as no redundancy.
 LYRSDK_API KLyrRedundancy lyrRedundancyOf(const KLyrPropertyHandle& pProperty);
 
 // Hands back all that is redundant. What shows later when a page above changes is that page's then. The number of
@@ -61,7 +67,12 @@ LYRSDK_API int lyrDropRedundant(const KLyrPropertyHandle& pFrom);
 
 // --- going back ----------------------------------------------------------------------------------------------------
 
-enum class KLyrRevert : int { eValue, eFlags, eBoth };
+// What is handed back.
+enum class KLyrRevert : int {
+    eValue,  // the value
+    eFlags,  // the flags
+    eBoth    // value and flags
+};
 
 // Hands the value of one property back, or its flags, unmarked ones too, or both: what the page above shows, shows.
 // Whether something was handed back; any other value of pWhat does nothing.

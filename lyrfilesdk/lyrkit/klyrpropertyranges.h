@@ -133,20 +133,21 @@ private:
 template <typename Walk>
 class KLyrHandleRange {
 public:
+    // A place in the walk.
     class Iterator {
     public:
-        using iterator_category = std::input_iterator_tag;
-        using value_type = KLyrPropertyHandle;
-        using difference_type = std::ptrdiff_t;
-        using pointer = const KLyrPropertyHandle*;
-        using reference = const KLyrPropertyHandle&;
+        using iterator_category = std::input_iterator_tag;  // an input iterator
+        using value_type = KLyrPropertyHandle;              // a handle
+        using difference_type = std::ptrdiff_t;             // of no use
+        using pointer = const KLyrPropertyHandle*;          // to a handle
+        using reference = const KLyrPropertyHandle&;        // to a handle
 
         // Begins the walk, or stands at its end.
         Iterator(const Walk& pWalk, bool pAtEnd) : mWalk(pWalk) {
             if (!pAtEnd)
                 Put(mWalk.First());
         }
-        // Not to be used at the end.
+        // The property that the walk stands at. Not to be used at the end.
         const KLyrPropertyHandle& operator*() const { return mHandle; }
         const KLyrPropertyHandle* operator->() const { return &mHandle; }
         Iterator& operator++() {
@@ -159,6 +160,7 @@ public:
             ++*this;
             return lBefore;
         }
+        // Whether both stand at the same property, or at the end.
         bool operator==(const Iterator& pOther) const { return mHandle == pOther.mHandle; }
         bool operator!=(const Iterator& pOther) const { return mHandle != pOther.mHandle; }
 
@@ -170,50 +172,58 @@ public:
         KLyrPropertyHandle mHandle;
     };
 
+    // Of a walk that has not begun.
     explicit KLyrHandleRange(const Walk& pWalk) : mWalk(pWalk) {}
+    // The first property, and the place behind the last.
     Iterator begin() const { return Iterator(mWalk, false); }
     Iterator end() const { return Iterator(mWalk, true); }
+    // Whether there is nothing to walk over.
     bool IsEmpty() const { return begin() == end(); }
 
 private:
     Walk mWalk;
 };
 
-// The children of a property, in ascending order of their ids; all below it; its parent, that one's parent and so on,
-// the root last. Parents that run in a circle end, each met at most three times.
+// The children of a property, in ascending order of their ids.
 inline KLyrHandleRange<detail::ChildWalk> lyrChildren(const KLyrPropertyHandle& pParent) {
     return KLyrHandleRange<detail::ChildWalk>(detail::ChildWalk(pParent));
 }
+// All below a property, in ascending order of their ids.
 inline KLyrHandleRange<detail::DescendentWalk> lyrDescendents(const KLyrPropertyHandle& pAncestor) {
     return KLyrHandleRange<detail::DescendentWalk>(detail::DescendentWalk(pAncestor));
 }
+// The parent of a property, that one's parent and so on, the root last. Parents that run in a circle end, each met at
+// most three times.
 inline KLyrHandleRange<detail::AncestorWalk> lyrAncestors(const KLyrPropertyHandle& pProperty) {
     return KLyrHandleRange<detail::AncestorWalk>(detail::AncestorWalk(pProperty));
 }
 
-// Every property that the page of pPage sees, in ascending order of ids; and those of which it holds something itself:
-// a description, a value, flags or connections. On a page that is no instance these are all.
+// Every property that the page of pPage sees, in ascending order of ids.
 inline KLyrHandleRange<detail::PropertyWalk> lyrProperties(const KLyrPropertyHandle& pPage) {
     return KLyrHandleRange<detail::PropertyWalk>(detail::PropertyWalk(pPage, false));
 }
+// Those of which the page holds something itself: a description, a value, flags or connections. On a page that is no
+// instance these are all.
 inline KLyrHandleRange<detail::PropertyWalk> lyrOwnProperties(const KLyrPropertyHandle& pPage) {
     return KLyrHandleRange<detail::PropertyWalk>(detail::PropertyWalk(pPage, true));
 }
 
-// The same property on the pages that are instances of its page; and on theirs too, at every level, each page in front
-// of its instances. A page that was destroyed and lives on for its instances is among them.
+// The same property on the pages that are instances of its page. A page that was destroyed and lives on for its
+// instances is among them.
 inline KLyrHandleRange<detail::InstanceWalk> lyrInstances(const KLyrPropertyHandle& pProperty) {
     return KLyrHandleRange<detail::InstanceWalk>(detail::InstanceWalk(pProperty));
 }
+// The same property on the instances, on theirs too, and so on, each page in front of its instances.
 inline KLyrHandleRange<detail::AllInstancesWalk> lyrAllInstances(const KLyrPropertyHandle& pProperty) {
     return KLyrHandleRange<detail::AllInstancesWalk>(detail::AllInstancesWalk(pProperty));
 }
 
-// The other ends of the property's connections, in order of connection; with a filter, those that it selects.
+// The sources of a property, in order of connection; with a filter, those that it selects.
 inline KLyrHandleRange<detail::PeerWalk> lyrSources(const KLyrPropertyHandle& pProperty,
                                                     KLyrConnectionPointFilter* pFilter = nullptr) {
     return KLyrHandleRange<detail::PeerWalk>(detail::PeerWalk(pProperty, pFilter, true));
 }
+// The destinations, likewise.
 inline KLyrHandleRange<detail::PeerWalk> lyrDestinations(const KLyrPropertyHandle& pProperty,
                                                          KLyrConnectionPointFilter* pFilter = nullptr) {
     return KLyrHandleRange<detail::PeerWalk>(detail::PeerWalk(pProperty, pFilter, false));

@@ -24,6 +24,7 @@
 
 namespace lyrsdk {
 
+// What a push of one property did, or would do.
 enum class KLyrPushResult : int {
     ePushed,    // it moves, or has moved
     eUnknown,   // a handle without a page, or an id that does not exist
@@ -37,11 +38,15 @@ enum class KLyrPushResult : int {
 
 // --- what moves ----------------------------------------------------------------------------------------------------
 
+// What of a property moves.
 struct KLyrPushItems {
+    // The property that this is about.
     KLyrPropertyHandle mProperty;
     // What lyrPushProperty would give; but for ePushed and eNoPlace nothing moves.
     KLyrPushResult mResult = KLyrPushResult::eUnknown;
+    // Whether the page holds a description that moves.
     bool mDescription = false;
+    // Whether it holds a value that moves.
     bool mValue = false;
     // The flags that are set on the page, and those that are on without a mark.
     LyrPropertyFlags::eLyrPropertyFlags mFlags = LyrPropertyFlags::eNO_FLAG;
@@ -54,6 +59,7 @@ LYRSDK_API KLyrPushItems lyrPushItemsOf(const KLyrPropertyHandle& pProperty);
 
 // --- who sees it ---------------------------------------------------------------------------------------------------
 
+// How an item that moves is seen by another page.
 enum class KLyrPushReach : int {
     eNotMoved,  // nothing of this kind moves
     eSame,      // the page sees the item that moves, which reads as what was seen before
@@ -65,15 +71,20 @@ enum class KLyrPushReach : int {
 struct KLyrPushEffect {
     // The property on the page that is told about.
     KLyrPropertyHandle mProperty;
+    // How the description is seen there.
     KLyrPushReach mDescription = KLyrPushReach::eNotMoved;
+    // How the value is.
     KLyrPushReach mValue = KLyrPushReach::eNotMoved;
-    // The property on the page whose item is the shield; the default handle without one.
+    // The property on the page whose description is the shield; the default handle without one.
     KLyrPropertyHandle mDescriptionShield;
+    // The same for the value.
     KLyrPropertyHandle mValueShield;
-    // The flags that will read differently on this page, and those that change on the page above but not here.
+    // The flags that will read differently on this page.
     LyrPropertyFlags::eLyrPropertyFlags mFlagsChanged = LyrPropertyFlags::eNO_FLAG;
+    // Those that change on the page above but not here.
     LyrPropertyFlags::eLyrPropertyFlags mFlagsShielded = LyrPropertyFlags::eNO_FLAG;
 
+    // Whether anything will read differently on this page.
     bool IsChange() const {
         return mDescription == KLyrPushReach::eChanged || mValue == KLyrPushReach::eChanged ||
                mFlagsChanged != LyrPropertyFlags::eNO_FLAG;

@@ -101,6 +101,7 @@ struct StoredType<T, std::enable_if_t<std::is_enum_v<T>>> {
 template <typename T>
 inline constexpr bool kLyrHasTypeCode = detail::StoredType<T>::kCode != eUNIDENTIFIED;
 
+// What a type that no property holds does not get through.
 #define LYRSDK_NEEDS_TYPE_CODE(pType) \
     static_assert(kLyrHasTypeCode<pType>, "lyrsdk: no type code stores values of this type")
 

@@ -43,23 +43,24 @@ KLyrPropertyHandle lyrAdd(const KLyrPropertyHandle& pParent, const char* pName, 
 
 // The steps of a builder.
 enum ELyrBuildStep : int {
-    eLyrBuildDone = 0,  // none failed
-    eLyrBuildAdd,       // no such parent, no memory, or no such value
-    eLyrBuildDefault,   // the value is not converted to the property's type, no such text, or no memory
-    eLyrBuildMin,       // as eLyrBuildDefault
-    eLyrBuildMax,
-    eLyrBuildSoftMin,
-    eLyrBuildSoftMax,
+    eLyrBuildDone = 0,   // none failed
+    eLyrBuildAdd,        // no such parent, no memory, or no such value
+    eLyrBuildDefault,    // the value is not converted to the property's type, no such text, or no memory
+    eLyrBuildMin,        // as eLyrBuildDefault
+    eLyrBuildMax,        // as eLyrBuildDefault
+    eLyrBuildSoftMin,    // as eLyrBuildDefault
+    eLyrBuildSoftMax,    // as eLyrBuildDefault
     eLyrBuildEnumTexts,  // no enumeration, a text that is there already, or no memory
     eLyrBuildLabel,      // no memory
-    eLyrBuildUserTag,
-    eLyrBuildUserData,
-    eLyrBuildFlags,  // a flag that is none, or no memory
+    eLyrBuildUserTag,    // the property is gone
+    eLyrBuildUserData,   // the property is gone
+    eLyrBuildFlags,      // a flag that is none, or no memory
 };
 
 // A property that is being added. Made by lyrBuild.
 class LYRSDK_API KLyrPropertyBuilder {
 public:
+    // The flags.
     using eLyrPropertyFlags = LyrPropertyFlags::eLyrPropertyFlags;
 
     // For the property pAdded, which was just added; the default handle stands for one that could not be.
@@ -77,7 +78,7 @@ public:
     // The index of one of the texts of an enumeration, as the value that it starts with.
     KLyrPropertyBuilder& DefaultText(std::string_view pText);
 
-    // Bounds. They are kept and given back; lyrValidate and lyrClamp hold values against them.
+    // The hard and soft bounds. They are kept and given back; lyrValidate and lyrClamp hold values against them.
     template <typename T>
     KLyrPropertyBuilder& Min(const T& pValue) {
         return Step(eLyrBuildMin, pValue,
@@ -98,6 +99,7 @@ public:
         return Step(eLyrBuildSoftMax, pValue,
                     [this](const void* pBound, ELyrType pType) { return mHandle.SetSoftMax(pBound, pType); });
     }
+    // Both bounds at once.
     template <typename T, typename U>
     KLyrPropertyBuilder& Limits(const T& pMin, const U& pMax) {
         return Min(pMin).Max(pMax);
@@ -109,14 +111,18 @@ public:
 
     // The texts of an enumeration, behind those that are there.
     KLyrPropertyBuilder& EnumTexts(std::initializer_list<const char*> pTexts);
+    // A text for people.
     KLyrPropertyBuilder& Label(const char* pLabel);
+    // A number for the application.
     KLyrPropertyBuilder& UserTag(int pUserTag);
+    // A pointer for the application, not owned.
     KLyrPropertyBuilder& UserData(const void* pUserData);
     // Turns these on.
     KLyrPropertyBuilder& Flags(eLyrPropertyFlags pFlags);
 
     // The property, or the default handle when a step failed.
     KLyrPropertyHandle GetHandle() const { return mHandle; }
+    // The same as GetHandle.
     operator KLyrPropertyHandle() const { return mHandle; }
     // The step that failed, eLyrBuildDone when none did.
     ELyrBuildStep GetFailure() const { return mFailed; }

@@ -26,13 +26,14 @@ class LYRSDK_API KBaseArrayFast {
     static_assert(pElementSize == 4 || pElementSize == 8, "elements are 4 or 8 bytes");
 
 public:
-    KBaseArrayFast() = default;
+    KBaseArrayFast() = default;  // empty
     ~KBaseArrayFast() { Clear(); }
     KBaseArrayFast(const KBaseArrayFast&) = delete;
     KBaseArrayFast& operator=(const KBaseArrayFast&) = delete;
 
     // The number of elements.
     int GetArrayCount() const { return mArrayCount; }
+    // The same.
     int GetCount() const { return mArrayCount; }
     // The room, in blocks of 4 elements; 0 without a block.
     int GetBlockCount() const;
@@ -94,6 +95,8 @@ public:
     }
 
     using Base::InsertAt;
+    // Inserts an element in front of the one at pIndex; past the end appends. Its index, or -1 without memory and for a
+    // negative index.
     int InsertAt(int pIndex, T pItem) { return Base::InsertAt(pIndex, static_cast<const void*>(&pItem)); }
     // Appends. The element's index, or -1 without memory. Constant on average.
     int Add(T pItem) { return InsertAt(Base::GetArrayCount(), pItem); }

@@ -18,12 +18,15 @@
 
 namespace lyrsdk {
 
+// One heap block a record, given back with the record.
 class LYRSDK_API KBaseAllocator {
 public:
-    // Whether FreeMemory does anything, and whether the allocator lends its owner room for a pointer.
+    // Whether FreeMemory does anything.
     static constexpr bool kFreesRecords = true;
+    // Whether the allocator lends its owner room for a pointer.
     static constexpr bool kLendsPointer = false;
 
+    // For records of pRecordSize bytes.
     explicit KBaseAllocator(std::size_t pRecordSize) : mRecordSize(pRecordSize) {}
     KBaseAllocator(const KBaseAllocator&) = delete;
     KBaseAllocator& operator=(const KBaseAllocator&) = delete;
@@ -41,6 +44,7 @@ private:
     std::size_t mRecordSize;
 };
 
+// Records out of blocks, given back all at once.
 class LYRSDK_API KHungryAllocator {
 public:
     // One block and its storage:
@@ -52,6 +56,7 @@ public:
     // a block of one record serves none. The pointers are null when there was no memory for the storage.
     class LYRSDK_API MemoryBlock {
     public:
+        // With room for pByteCount bytes.
         explicit MemoryBlock(std::size_t pByteCount);
         ~MemoryBlock() { LyrSdkFree(mData); }
         MemoryBlock(const MemoryBlock&) = delete;
@@ -65,18 +70,25 @@ public:
             mFreeData += pByteCount;
             return lChunk;
         }
+        // Whether GetChunk gives so many bytes.
         bool HasRoom(std::size_t pByteCount) const { return pByteCount < static_cast<std::size_t>(mEnd - mFreeData); }
 
         // The block reserved before this one, or null.
         MemoryBlock* mNextBlock = nullptr;
+        // The first byte of the storage.
         char* mData = nullptr;
+        // The first byte that is not handed out.
         char* mFreeData = nullptr;
+        // Behind the last byte.
         char* mEnd = nullptr;
     };
 
+    // Whether FreeMemory does anything.
     static constexpr bool kFreesRecords = false;
+    // Whether the allocator lends its owner room for a pointer.
     static constexpr bool kLendsPointer = true;
 
+    // For records of pRecordSize bytes; takes no memory yet.
     explicit KHungryAllocator(std::size_t pRecordSize) : mRecordSize(pRecordSize) {}
     // Frees every block and with it every record.
     ~KHungryAllocator();

@@ -30,6 +30,7 @@ struct KLyrLessCompare {
     // A tree may leave out comparisons whose result it knows.
     static constexpr bool kIsOperatorLess = std::is_arithmetic_v<T>;
 
+    // The order of two keys.
     int operator()(const T& pLeft, const T& pRight) const {
         if (pLeft < pRight)
             return -1;
@@ -39,8 +40,10 @@ struct KLyrLessCompare {
 
 // By parent id, then by the bytes of the name. A null name counts as empty.
 struct KNameMapCompare {
+    // Parent id and name.
     using KeyType = KPair<int, const char*>;
 
+    // The order of two keys.
     int operator()(const KeyType& pLeft, const KeyType& pRight) const {
         if (pLeft.mFirst != pRight.mFirst)
             return pLeft.mFirst < pRight.mFirst ? -1 : 1;
@@ -50,6 +53,7 @@ struct KNameMapCompare {
 
 // By the bytes of the text.
 struct KStringCompare {
+    // The order of two keys.
     int operator()(const KString& pLeft, const KString& pRight) const { return lyrCompareText(pLeft, pRight); }
 };
 
@@ -57,7 +61,8 @@ struct KStringCompare {
 template <typename RecordType>
 class RedBack_IteratorType {
 public:
-    RedBack_IteratorType() = default;
+    RedBack_IteratorType() = default;  // the end position
+    // At a record; null is the end position.
     explicit RedBack_IteratorType(RecordType* pRecord) : mRecord(pRecord) {}
 
     // Moves to the record with the next larger key. The end position is reported, and stays.
@@ -77,6 +82,7 @@ public:
         LYRSDK_CHECK(mRecord != nullptr, sgMapPath, 148, "mRecord");
         return mRecord;
     }
+    // Whether two positions are the same record, or both the end.
     bool operator!=(const RedBack_IteratorType& pOther) const { return mRecord != pOther.mRecord; }
     bool operator==(const RedBack_IteratorType& pOther) const { return mRecord == pOther.mRecord; }
 
@@ -92,19 +98,26 @@ public:
     // What a record holds.
     class KKeyValuePair : public KPair<const Key, Value> {
     public:
+        // Holds copies of both.
         KKeyValuePair(const Key& pKey, const Value& pValue) : KPair<const Key, Value>(pKey, pValue) {}
 
+        // The key, which never changes.
         const Key& GetKey() const { return this->mFirst; }
+        // The value.
         const Value& GetValue() const { return this->mSecond; }
         Value& GetValue() { return this->mSecond; }
     };
 
+    // The tree below the map.
     using TreeType = KRedBlackTree<KKeyValuePair, Compare, Allocator>;
+    // A record of the map: a node of the tree.
     using RecordType = typename TreeType::RecordType;
+    // A position in a map.
     using IteratorType = RedBack_IteratorType<RecordType>;
+    // A position in a map that is only read.
     using ConstIteratorType = RedBack_IteratorType<const RecordType>;
 
-    KMap() = default;
+    KMap() = default;  // empty
     ~KMap() { Clear(); }
     KMap(const KMap&) = delete;
     KMap& operator=(const KMap&) = delete;
@@ -114,10 +127,10 @@ public:
     // The number of records.
     int GetSize() const { return mTree.GetSize(); }
 
-    // A map on a KHungryAllocator keeps the memory of the records that were removed until it is compacted.
-    //
-    // How many records there was memory for so far, removed ones among them, and whether one more needs none.
+    // How many records there was memory for so far. A map on a KHungryAllocator keeps the memory of the records that
+    // were removed until it is compacted, and these count too.
     std::size_t GetReservedCount() const { return mTree.GetReservedCount(); }
+    // Whether one more record needs no memory. On a KHungryAllocator only, as are GetReservedCount and Compact.
     bool HasRoom() const { return mTree.HasRoom(); }
     // Moves all records to new memory that holds them and pMore others, and gives the old memory back. Every record has
     // another address from then on. False, and nothing changes, when there is no memory. Linear.
@@ -144,7 +157,7 @@ public:
     RecordType* Maximum() { return mTree.Maximum(); }
     const RecordType* Maximum() const { return mTree.Maximum(); }
 
-    // The record with the smallest key, and the position behind the largest.
+    // The record with the smallest key (Begin), and the position behind the largest (End).
     IteratorType Begin() { return IteratorType(Minimum()); }
     ConstIteratorType Begin() const { return ConstIteratorType(Minimum()); }
     IteratorType End() { return IteratorType(nullptr); }

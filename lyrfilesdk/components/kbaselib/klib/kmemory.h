@@ -23,7 +23,8 @@ using LyrSdkFreeHandler = void (*)(void* pMemory);
 // must be safe to call from every thread that uses the library, and must not call back into it.
 LYRSDK_API void LyrSdkSetMemoryHandlers(LyrSdkMallocHandler pMalloc, LyrSdkFreeHandler pFree);
 
-// The two hooks. Weak definitions: a host may define its own pair at link time. Freeing null does nothing.
+// The two hooks. LyrSdkMalloc gives pSize bytes aligned for any object, or null; LyrSdkFree takes them back, and
+// ignores null. Weak definitions: a host may define its own pair at link time.
 LYRSDK_API void* LyrSdkMalloc(std::size_t pSize);
 LYRSDK_API void LyrSdkFree(void* pMemory);
 
@@ -31,6 +32,7 @@ LYRSDK_API void LyrSdkFree(void* pMemory);
 // content is kept. Null when there is no memory, and pBlock then stays as it was. Weak definitions, to be replaced as a
 // pair; the default pair keeps the block's size in front of it and stands on LyrSdkMalloc and LyrSdkFree.
 LYRSDK_API char* KBaseArrayRealloc(char* pBlock, unsigned int pSize);
+// Takes back what KBaseArrayRealloc gave; null is ignored.
 LYRSDK_API void KBaseArrayFree(char* pBlock);
 
 // A new T made from the arguments, or null without constructing when there is no memory. Owned by the caller, who gives

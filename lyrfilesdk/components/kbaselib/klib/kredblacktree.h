@@ -36,7 +36,7 @@
 
 namespace lyrsdk {
 
-inline constexpr char sgMapPath[] = "lyrfilesdk/components/kbaselib/klib/kmap";
+inline constexpr char sgMapPath[] = "lyrfilesdk/components/kbaselib/klib/kmap";  // in the reports of trees and maps
 
 namespace detail {
 
@@ -52,17 +52,19 @@ inline constexpr bool kComparesPlainly<Compare, std::enable_if_t<Compare::kIsOpe
 template <typename Data, typename Compare, typename Allocator>
 class KRedBlackTree {
 public:
-    using KeyType = std::decay_t<decltype(std::declval<const Data&>().GetKey())>;
-    using ValueType = std::decay_t<decltype(std::declval<const Data&>().GetValue())>;
+    using KeyType = std::decay_t<decltype(std::declval<const Data&>().GetKey())>;      // what records are ordered by
+    using ValueType = std::decay_t<decltype(std::declval<const Data&>().GetValue())>;  // what they hold beside it
 
-    enum EColor : unsigned int { eRed = 0, eBlack = 1 };
+    enum EColor : unsigned int { eRed = 0, eBlack = 1 };  // of a record
 
+    // One record: the data and its place in the tree.
     struct RecordType {
+        // Red, and in no tree yet.
         RecordType(const KeyType& pKey, const ValueType& pValue) : mData(pKey, pValue), mColor(eRed), mBlackDepth(0) {}
 
-        const KeyType& GetKey() const { return mData.GetKey(); }
-        const ValueType& GetValue() const { return mData.GetValue(); }
-        ValueType& GetValue() { return mData.GetValue(); }
+        const KeyType& GetKey() const { return mData.GetKey(); }        // the key
+        const ValueType& GetValue() const { return mData.GetValue(); }  // the value
+        ValueType& GetValue() { return mData.GetValue(); }              // the value
 
         // The records with the smallest and the largest key of the subtree below and with this one.
         RecordType* Minimum() { return const_cast<RecordType*>(std::as_const(*this).Minimum()); }
@@ -93,24 +95,25 @@ public:
             return lParent;
         }
 
-        Data mData;
-        RecordType* mParent = nullptr;
-        RecordType* mLeftChild = nullptr;
-        RecordType* mRightChild = nullptr;
-        unsigned int mColor : 2;
-        unsigned int mBlackDepth : 30;
+        Data mData;                         // key and value
+        RecordType* mParent = nullptr;      // the record above; null at the root
+        RecordType* mLeftChild = nullptr;   // the record below with smaller keys, or null
+        RecordType* mRightChild = nullptr;  // the record below with larger keys, or null
+        unsigned int mColor : 2;            // an EColor
+        unsigned int mBlackDepth : 30;      // room for sanity checks; read by no operation
     };
 
-    KRedBlackTree() : mAllocator(sizeof(RecordType)) {}
+    KRedBlackTree() : mAllocator(sizeof(RecordType)) {}  // empty
     ~KRedBlackTree() { Clear(); }
     KRedBlackTree(const KRedBlackTree&) = delete;
     KRedBlackTree& operator=(const KRedBlackTree&) = delete;
 
     // Has the allocator keep memory for pCount records in stock. False when there is no memory.
     bool Reserve(unsigned int pCount) { return mAllocator.Reserve(pCount); }
-    // Of a KHungryAllocator only; see the map.
+    // Of a KHungryAllocator only; what they tell is said in the map.
     std::size_t GetReservedCount() const { return mAllocator.GetRecordPoolSize(); }
-    bool HasRoom() const { return mAllocator.HasRoom(); }
+    bool HasRoom() const { return mAllocator.HasRoom(); }  // of a KHungryAllocator only; for one record more
+    // Of a KHungryAllocator only; what it does is said in the map.
     bool Compact(unsigned int pMore) {
         static_assert(std::is_trivially_copyable_v<KeyType>, "the old records are dropped as they are");
         const std::size_t lLive = static_cast<std::size_t>(mSize);
@@ -126,7 +129,7 @@ public:
         mAllocator.Swap(lAllocator);
         return true;
     }
-    int GetSize() const { return mSize; }
+    int GetSize() const { return mSize; }  // the number of records
 
     // The record with the key, and true when this call made it. A record that was there keeps its value. Without memory
     // (null, false), and the tree is unchanged.

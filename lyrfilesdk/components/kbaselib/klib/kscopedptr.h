@@ -13,6 +13,7 @@
 
 namespace lyrsdk {
 
+// The path that the reports of scoped pointers carry.
 inline constexpr char sgScopedPtrPath[] = "lyrfilesdk/components/kbaselib/klib/kscopedptr";
 
 // Deletes objects made by LyrSdkNew.
@@ -27,7 +28,7 @@ struct LyrSdkDeletionPolicy {
     }
 };
 
-// Policy::DeleteIt(T**) deletes the object.
+// The owner of one object. Policy::DeleteIt(T**) deletes it.
 template <typename T, typename Policy>
 class KScopedPtr {
 public:
@@ -37,7 +38,9 @@ public:
     KScopedPtr(const KScopedPtr&) = delete;
     KScopedPtr& operator=(const KScopedPtr&) = delete;
 
+    // Whether nothing is held.
     bool operator!() const { return !mPointer; }
+    // Whether an object is held.
     explicit operator bool() const { return mPointer != nullptr; }
 
     // The held pointer, or null. Still owned.
@@ -68,6 +71,7 @@ private:
     T* mPointer;
 };
 
+// The owner of an object made by LyrSdkNew.
 template <typename T>
 class KLyrSdkScopedPtr : public KScopedPtr<T, LyrSdkDeletionPolicy<T>> {
 public:

@@ -31,7 +31,8 @@ struct TextHeader {
 
 class LYRSDK_API KString {
 public:
-    constexpr KString() noexcept = default;
+    constexpr KString() noexcept = default;  // the empty text
+    // A text of its own, or the text of pOther, which is empty then. Null is the empty text.
     KString(const KString& pOther);
     KString(KString&& pOther) noexcept : mText(pOther.mText) { pOther.mText = nullptr; }
     KString(const char* pText);
@@ -44,6 +45,7 @@ public:
             Clear();
     }
 
+    // Takes a copy of the text, or the text of pOther itself. Null is the empty text.
     KString& operator=(const KString& pOther);
     KString& operator=(KString&& pOther) noexcept;
     KString& operator=(const char* pText);
@@ -66,12 +68,14 @@ public:
     // GetLen bytes in front of the zero byte may be overwritten in place.
     char* Buffer() { return const_cast<char*>(Text()); }
     const char* Buffer() const { return Text(); }
+    // What Buffer gives.
     operator const char*() const { return Text(); }
     // Not a test for emptiness: the pointer is never null. Use IsEmpty.
     explicit operator bool() const = delete;
 
     // The number of bytes in the text.
     int GetLen() const { return mText ? (reinterpret_cast<const detail::TextHeader*>(mText) - 1)->mLength : 0; }
+    // Whether there is no text.
     bool IsEmpty() const { return !mText; }
 
 private:
@@ -83,9 +87,11 @@ private:
 
 static_assert(sizeof(KString) == sizeof(char*), "a string is one pointer");
 
+// The one text with the other behind it; empty when there is no memory.
 LYRSDK_API KString operator+(const KString& pLeft, const char* pRight);
 LYRSDK_API KString operator+(const KString& pLeft, const KString& pRight);
 
+// Whether length and bytes are equal; null is the empty text.
 LYRSDK_API bool operator==(const KString& pLeft, const KString& pRight);
 LYRSDK_API bool operator==(const KString& pLeft, const char* pRight);
 inline bool operator==(const char* pLeft, const KString& pRight) {

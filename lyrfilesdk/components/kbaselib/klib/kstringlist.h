@@ -15,17 +15,21 @@ namespace lyrsdk {
 // A number that the caller attaches to a string.
 using kReference = unsigned int;
 
+// An item of a list.
 struct LYRSDK_API KStringListItem {
+    // The text.
     KString mString;
+    // The number that the caller gave with it.
     kReference mReference = 0;
 };
 
 static_assert(sizeof(void*) != 4 || sizeof(KStringListItem) == 8, "string and reference");
 
+// A list of items, each a text with a number.
 template <typename Item>
 class LYRSDK_API KStringListTemplate {
 public:
-    KStringListTemplate() = default;
+    KStringListTemplate() = default;  // empty
     virtual ~KStringListTemplate();
     KStringListTemplate(const KStringListTemplate&) = delete;
     KStringListTemplate& operator=(const KStringListTemplate&) = delete;
@@ -67,9 +71,10 @@ private:
 
 extern template class KStringListTemplate<KStringListItem>;
 
+// The list of plain items.
 class LYRSDK_API KStringList : public KStringListTemplate<KStringListItem> {
 public:
-    KStringList();
+    KStringList();  // empty
     ~KStringList() override;
 };
 

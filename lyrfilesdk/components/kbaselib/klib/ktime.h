@@ -15,8 +15,10 @@ constexpr long long kTimeUnitsPerSecond = 705600000;
 
 class LYRSDK_API KTime {
 public:
+    // A count of units.
     constexpr KTime(long long pCount = 0) : mCount(pCount) {}
 
+    // The count of units.
     constexpr void Set(long long pCount) { mCount = pCount; }
     constexpr long long Get() const { return mCount; }
 
@@ -37,6 +39,7 @@ public:
     // gives 0.
     int GetTimeString(char* pBuffer, int pInfo, int pTimeMode, int pTimeFormat, double pFrameRate) const;
 
+    // Whether the counts are equal.
     friend constexpr bool operator==(const KTime& pLeft, const KTime& pRight) { return pLeft.mCount == pRight.mCount; }
     friend constexpr bool operator!=(const KTime& pLeft, const KTime& pRight) { return pLeft.mCount != pRight.mCount; }
 
