@@ -47,8 +47,8 @@ inline constexpr bool kComparesPlainly<Compare, std::enable_if_t<Compare::kIsOpe
 
 }  // namespace detail
 
-// Data has GetKey() and GetValue(), and a constructor from a key and a value. Allocator is one of
-// kcontainerallocators.h.
+// An ordered tree of records. Data has GetKey() and GetValue(), and a constructor from a key and a value. Allocator is
+// one of kcontainerallocators.h.
 template <typename Data, typename Compare, typename Allocator>
 class KRedBlackTree {
 public:
