@@ -15,6 +15,7 @@ gBenchPackages="$gTestPackages libbenchmark-dev python3 $gPeerPackages"
 gPackagePackages="$gBuildPackages g++-multilib pkg-config dpkg-dev file xz-utils"
 gAbiPackages="$gPackagePackages abigail-tools"
 gGrowthPackages="cmake ninja-build g++ googletest valgrind python3"
+gDocsPackages="doxygen python3"
 
 say() {
     printf '%s\n' "$*" >&2

@@ -50,7 +50,7 @@ public:
     // Writes the same text into pBuffer, zero byte behind it, and returns its length, which is 23.
     int format(char (&pBuffer)[32]) const;
 
-    // Whether date and time of day are equal.
+    // Equal when date and time of day are.
     friend bool operator==(const lyrDateTime& pLeft, const lyrDateTime& pRight) {
         return pLeft.mYear == pRight.mYear && pLeft.mMonth == pRight.mMonth && pLeft.mDay == pRight.mDay &&
                pLeft.mHour == pRight.mHour && pLeft.mMinute == pRight.mMinute && pLeft.mSecond == pRight.mSecond &&

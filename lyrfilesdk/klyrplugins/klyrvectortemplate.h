@@ -37,7 +37,7 @@ struct __attribute__((may_alias)) lyrVectorTemplate2 {
         return *this;
     }
 
-    // Whether all elements are equal.
+    // Equal when all elements are.
     friend bool operator==(const lyrVectorTemplate2& pLeft, const lyrVectorTemplate2& pRight) {
         return pLeft[0] == pRight[0] && pLeft[1] == pRight[1];
     }
@@ -65,7 +65,7 @@ struct __attribute__((may_alias)) lyrVectorTemplate3 {
         return *this;
     }
 
-    // Whether all elements are equal.
+    // Equal when all elements are.
     friend bool operator==(const lyrVectorTemplate3& pLeft, const lyrVectorTemplate3& pRight) {
         return pLeft[0] == pRight[0] && pLeft[1] == pRight[1] && pLeft[2] == pRight[2];
     }
@@ -97,7 +97,7 @@ struct __attribute__((may_alias)) lyrVectorTemplate4 {
         return *reinterpret_cast<lyrVectorTemplate3<T>*>(const_cast<lyrVectorTemplate4*>(this));
     }
 
-    // Whether all elements are equal.
+    // Equal when all elements are.
     friend bool operator==(const lyrVectorTemplate4& pLeft, const lyrVectorTemplate4& pRight) {
         return pLeft[0] == pRight[0] && pLeft[1] == pRight[1] && pLeft[2] == pRight[2] && pLeft[3] == pRight[3];
     }

@@ -36,7 +36,7 @@ public:
     // The property pId of a page; neither is looked at.
     KLyrPropertyHandle(KLyrPropertyPage* pPage, int pId) : mPage(pPage), mId(pId) {}
 
-    // Whether both name the same page and id.
+    // Equal when page and id are.
     bool operator==(const KLyrPropertyHandle& pOther) const { return mPage == pOther.mPage && mId == pOther.mId; }
     bool operator!=(const KLyrPropertyHandle& pOther) const { return !(*this == pOther); }
     // The same as ==.

@@ -160,7 +160,7 @@ public:
             ++*this;
             return lBefore;
         }
-        // Whether both stand at the same property, or at the end.
+        // Equal at the same property, and at the end.
         bool operator==(const Iterator& pOther) const { return mHandle == pOther.mHandle; }
         bool operator!=(const Iterator& pOther) const { return mHandle != pOther.mHandle; }
 

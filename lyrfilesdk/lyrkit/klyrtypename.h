@@ -1,5 +1,7 @@
 #pragma once
 
+// Type codes by name.
+
 #include "lyrfilesdk/components/kbaselib/klib/kapi.h"
 #include "lyrfilesdk/klyrplugins/klyrtypelist.h"
 

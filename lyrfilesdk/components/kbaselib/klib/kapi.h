@@ -1,5 +1,7 @@
 #pragma once
 
+// How the library marks its interface.
+
 // Symbol visibility. The library is built with hidden visibility; what carries LYRSDK_API is its interface.
 #define LYRSDK_API __attribute__((visibility("default")))
 

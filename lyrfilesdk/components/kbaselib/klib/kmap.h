@@ -82,7 +82,7 @@ public:
         LYRSDK_CHECK(mRecord != nullptr, sgMapPath, 148, "mRecord");
         return mRecord;
     }
-    // Whether two positions are the same record, or both the end.
+    // Equal at the same record, and at the end.
     bool operator!=(const RedBack_IteratorType& pOther) const { return mRecord != pOther.mRecord; }
     bool operator==(const RedBack_IteratorType& pOther) const { return mRecord == pOther.mRecord; }
 

@@ -91,7 +91,7 @@ static_assert(sizeof(KString) == sizeof(char*), "a string is one pointer");
 LYRSDK_API KString operator+(const KString& pLeft, const char* pRight);
 LYRSDK_API KString operator+(const KString& pLeft, const KString& pRight);
 
-// Whether length and bytes are equal; null is the empty text.
+// Equal when length and bytes are; null is the empty text.
 LYRSDK_API bool operator==(const KString& pLeft, const KString& pRight);
 LYRSDK_API bool operator==(const KString& pLeft, const char* pRight);
 inline bool operator==(const char* pLeft, const KString& pRight) {

@@ -39,7 +39,7 @@ public:
     // gives 0.
     int GetTimeString(char* pBuffer, int pInfo, int pTimeMode, int pTimeFormat, double pFrameRate) const;
 
-    // Whether the counts are equal.
+    // Equal when the counts are.
     friend constexpr bool operator==(const KTime& pLeft, const KTime& pRight) { return pLeft.mCount == pRight.mCount; }
     friend constexpr bool operator!=(const KTime& pLeft, const KTime& pRight) { return pLeft.mCount != pRight.mCount; }
 
