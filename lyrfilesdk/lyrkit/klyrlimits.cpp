@@ -37,12 +37,28 @@ bool HasOrder(ELyrType pType) {
     return IsNumber(pType) || IsVector(pType) || pType == eTIME || pType == eDISTANCE || pType == eDATETIME;
 }
 
+// clang-format off
+//
+// The codes of numbers and what each is read and written as, but for eDOUBLE1, which the elements of vectors share.
+#define LYRSDK_NUMBER_LIST(pNumber)          \
+    pNumber(eBYTE1,      signed char)        \
+    pNumber(eUBYTE1,     unsigned char)      \
+    pNumber(eSHORT1,     short)              \
+    pNumber(eUSHORT1,    unsigned short)     \
+    pNumber(eUINTEGER1,  unsigned int)       \
+    pNumber(eLONGLONG1,  long long)          \
+    pNumber(eULONGLONG1, unsigned long long) \
+    pNumber(eHALFFLOAT,  lyrHalfFloat)       \
+    pNumber(eBOOL1,      bool)               \
+    pNumber(eENUM,       int)                \
+    pNumber(eINTEGER1,   int)                \
+    pNumber(eFLOAT1,     float)
+// clang-format on
+
 template <typename T>
 Wide NumberOf(const void* pValue) {
     if constexpr (std::is_same_v<T, lyrHalfFloat>)
         return static_cast<const lyrHalfFloat*>(pValue)->value();
-    else if constexpr (std::is_same_v<T, char>)
-        return *static_cast<const signed char*>(pValue);
     else
         return *static_cast<const T*>(pValue);
 }
@@ -59,18 +75,7 @@ Wide FirstNumberOf(ELyrType pType, const void* pValue) {
 #define LYRSDK_NUMBER(pName, pStored) \
     case pName:                       \
         return NumberOf<pStored>(pValue);
-        LYRSDK_NUMBER(eBYTE1, char)
-        LYRSDK_NUMBER(eUBYTE1, unsigned char)
-        LYRSDK_NUMBER(eSHORT1, short)
-        LYRSDK_NUMBER(eUSHORT1, unsigned short)
-        LYRSDK_NUMBER(eUINTEGER1, unsigned int)
-        LYRSDK_NUMBER(eLONGLONG1, long long)
-        LYRSDK_NUMBER(eULONGLONG1, unsigned long long)
-        LYRSDK_NUMBER(eHALFFLOAT, lyrHalfFloat)
-        LYRSDK_NUMBER(eBOOL1, bool)
-        case eENUM:
-            LYRSDK_NUMBER(eINTEGER1, int)
-            LYRSDK_NUMBER(eFLOAT1, float)
+        LYRSDK_NUMBER_LIST(LYRSDK_NUMBER)
 #undef LYRSDK_NUMBER
         case eTIME:
             return static_cast<Wide>(static_cast<const KTime*>(pValue)->Get());
@@ -314,18 +319,7 @@ bool PutNumber(ELyrType pType, void* pValue, Wide pLimit, bool pIsMin) {
 #define LYRSDK_NUMBER(pName, pStored) \
     case pName:                       \
         return PutInside<pStored>(pValue, pLimit, pIsMin);
-        LYRSDK_NUMBER(eBYTE1, signed char)
-        LYRSDK_NUMBER(eUBYTE1, unsigned char)
-        LYRSDK_NUMBER(eSHORT1, short)
-        LYRSDK_NUMBER(eUSHORT1, unsigned short)
-        LYRSDK_NUMBER(eUINTEGER1, unsigned int)
-        LYRSDK_NUMBER(eLONGLONG1, long long)
-        LYRSDK_NUMBER(eULONGLONG1, unsigned long long)
-        LYRSDK_NUMBER(eHALFFLOAT, lyrHalfFloat)
-        LYRSDK_NUMBER(eBOOL1, bool)
-        case eENUM:
-            LYRSDK_NUMBER(eINTEGER1, int)
-            LYRSDK_NUMBER(eFLOAT1, float)
+        LYRSDK_NUMBER_LIST(LYRSDK_NUMBER)
 #undef LYRSDK_NUMBER
         default:
             return PutInside<double>(pValue, pLimit, pIsMin);
