@@ -363,7 +363,7 @@ TEST(KConnectionList, AgreesWithAPlainModelWhileMemoryComesAndGoes) {
     for (unsigned lSeed = 1; lSeed <= 8; ++lSeed) {
         SCOPED_TRACE(testing::Message() << "seed " << lSeed);
         const LeakCheck lLeaks;
-        std::mt19937 lRandom(lSeed * 7919);
+        std::mt19937 lRandom(lSeed);
         const auto lPick = [&](int pEnd) { return static_cast<int>(lRandom() % static_cast<unsigned>(pEnd)); };
         constexpr int lPoints = 90;
         ConnectionModel lModel(lPoints);
