@@ -17,7 +17,7 @@
 //
 // The compare functor is stateless, takes two keys and returns an int whose sign tells their order; the record's key is
 // always its first argument. A functor with a true kIsOperatorLess promises that it orders plain numbers by operator<;
-// the tree may then leave comparisons out.
+// the tree may then leave comparisons out and compare integers itself.
 //
 // A tree of plain numbers on an allocator that lends its owner room for a pointer keeps the record with the largest key
 // there. Inserting a key behind all others then takes constant time on average.
@@ -167,14 +167,10 @@ public:
     }
     const RecordType* UpperBound(const KeyType& pKey) const {
         const RecordType* lBound = nullptr;
-        const RecordType* lRecord = mRoot;
-        while (lRecord) {
-            if (Compare()(lRecord->GetKey(), pKey) <= 0) {
-                lRecord = lRecord->mRightChild;
-            } else {
-                lBound = lRecord;
-                lRecord = lRecord->mLeftChild;
-            }
+        for (const RecordType* lRecord = mRoot; lRecord;) {
+            const bool lIsBehind = Compare()(lRecord->GetKey(), pKey) > 0;
+            lBound = lIsBehind ? lRecord : lBound;
+            lRecord = lIsBehind ? lRecord->mLeftChild : lRecord->mRightChild;
         }
         return lBound;
     }
@@ -193,21 +189,28 @@ private:
         bool mIsLast;
     };
 
+    // Keys that the tree compares itself. The way down then takes no branch that depends on them but for the last one.
+    static constexpr bool kHasPlainKeys = detail::kComparesPlainly<Compare> && std::is_integral_v<KeyType>;
     static constexpr bool kRemembersLast = detail::kComparesPlainly<Compare> && Allocator::kLendsPointer;
 
     Place Descend(const KeyType& pKey) const {
         Place lPlace{mRoot, nullptr, kRemembersLast};
         while (lPlace.mRecord) {
-            const int lOrder = Compare()(std::as_const(*lPlace.mRecord).GetKey(), pKey);
-            if (lOrder == 0)
-                break;
-            lPlace.mParent = lPlace.mRecord;
-            if (lOrder < 0) {
-                lPlace.mRecord = lPlace.mRecord->mRightChild;
+            const KeyType& lKey = std::as_const(*lPlace.mRecord).GetKey();
+            bool lIsLess = false;
+            if constexpr (kHasPlainKeys) {
+                if (lKey == pKey)
+                    break;
+                lIsLess = lKey < pKey;
             } else {
-                lPlace.mRecord = lPlace.mRecord->mLeftChild;
-                lPlace.mIsLast = false;
+                const int lOrder = Compare()(lKey, pKey);
+                if (lOrder == 0)
+                    break;
+                lIsLess = lOrder < 0;
             }
+            lPlace.mParent = lPlace.mRecord;
+            lPlace.mIsLast &= lIsLess;
+            lPlace.mRecord = lIsLess ? lPlace.mRecord->mRightChild : lPlace.mRecord->mLeftChild;
         }
         return lPlace;
     }
