@@ -59,6 +59,34 @@ void Replace(char*& pText, char* pNew) {
     pText = pNew;
 }
 
+// A number of n bits has the digits of 2^(n-1), or one more. 1233/4096 is the logarithm of 2.
+int CountDigits(unsigned int pValue) {
+    static constexpr unsigned int sPowers[] = {0,      10,      100,      1000,      10000,
+                                               100000, 1000000, 10000000, 100000000, 1000000000};
+    const int lBits = 32 - __builtin_clz(pValue | 1);
+    const int lPower = lBits * 1233 / 4096;
+    return lPower + (pValue >= sPowers[lPower] ? 1 : 0);
+}
+
+// Writes the digits that end in front of pEnd, in pairs. Four of them take one division that the next have to wait for.
+void WriteDigits(char* pEnd, unsigned int pValue) {
+    static constexpr char sPairs[] =
+        "0001020304050607080910111213141516171819202122232425262728293031323334353637383940414243444546474849"
+        "5051525354555657585960616263646566676869707172737475767778798081828384858687888990919293949596979899";
+    const auto lWritePair = [&pEnd](unsigned int pPair) { std::memcpy(pEnd -= 2, sPairs + pPair * 2, 2); };
+    for (; pValue >= 10000; pValue /= 10000) {
+        lWritePair(pValue % 100);
+        lWritePair(pValue % 10000 / 100);
+    }
+    if (pValue >= 100)
+        lWritePair(pValue % 100);
+    const unsigned int lFirst = pValue >= 100 ? pValue / 100 : pValue;
+    if (lFirst >= 10)
+        lWritePair(lFirst);
+    else
+        pEnd[-1] = static_cast<char>('0' + lFirst);
+}
+
 // The length of a C text; -1 when an int cannot hold it.
 int LengthOf(const char* pText) {
     const std::size_t lLength = pText ? std::strlen(pText) : 0;
@@ -126,14 +154,13 @@ bool KString::Assign(const char* pText, int pLength) {
 bool KString::Assign(int pValue) {
     const unsigned int lBits = static_cast<unsigned int>(pValue);
     const unsigned int lMagnitude = pValue < 0 ? 0 - lBits : lBits;
-    int lLength = pValue < 0 ? 2 : 1;
-    for (unsigned int lPower : {10u, 100u, 1000u, 10000u, 100000u, 1000000u, 10000000u, 100000000u, 1000000000u})
-        lLength += lMagnitude >= lPower;
+    const int lLength = CountDigits(lMagnitude) + (pValue < 0 ? 1 : 0);
     char* lText = WithRoom(mText, lLength);
     if (!lText)
         return false;
     // In its place: bytes that were just written one by one are slow to copy as words.
-    std::to_chars(lText, lText + lLength, pValue);
+    lText[0] = '-';
+    WriteDigits(lText + lLength, lMagnitude);
     SetLength(lText, lLength);
     Replace(mText, lText);
     return true;

@@ -277,6 +277,20 @@ TEST(NumberText, AnIntegerTakesThePlaceOfAnyText) {
     }
 }
 
+TEST(NumberText, AnIntegerOfAnyBitsHasItsDigits) {
+    for (long long lPower = 1; lPower <= 0x80000000; lPower *= 2) {
+        for (long long lNumber : {lPower - 1, lPower, lPower / 3 * 4}) {
+            for (long long lSigned : {lNumber, -lNumber}) {
+                if (lSigned < INT_MIN || lSigned > INT_MAX)
+                    continue;
+                EXPECT_EQ(Text(KString(static_cast<int>(lSigned))), std::to_string(lSigned));
+            }
+        }
+    }
+    for (int lPair = 0; lPair < 100; ++lPair)
+        EXPECT_EQ(Text(KString(1234567890 + lPair * 101)), std::to_string(1234567890 + lPair * 101));
+}
+
 TEST(NumberText, WritesRealsAsShortAsTheyReadBack) {
     EXPECT_EQ(Format(1.0), "1");
     EXPECT_EQ(Format(1.5), "1.5");
