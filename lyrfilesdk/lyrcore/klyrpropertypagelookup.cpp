@@ -5,6 +5,7 @@
 #include <climits>
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 
 #include "lyrfilesdk/components/kbaselib/klib/kstring.h"
 #include "lyrfilesdk/klyrplugins/klyrsymbol.h"
@@ -59,25 +60,27 @@ bool OnlyAsciiHasCase() {
 // locale has other letters in a single byte, it must not be asked without case.
 struct KLyrPropertyPage::NameToFind {
     NameToFind(int pParentId, const char* pText, const KLyrPropertyPage* pTypeInfo, bool pCaseSensitive)
-        : mParentId(pParentId),
-          mText(pText),
-          mTypeInfo(pTypeInfo),
-          mCaseSensitive(pCaseSensitive),
-          mIsHashed(pCaseSensitive || OnlyAsciiHasCase()),
-          mName(pText) {}
+        : mParentId(pParentId), mText(pText), mTypeInfo(pTypeInfo), mCaseSensitive(pCaseSensitive) {}
+    // The name for an index, hashed for the first one; null where none may be asked.
+    const KLyrPropertyIndex::Name* Hashed() const {
+        if (!mName && (mCaseSensitive || OnlyAsciiHasCase()))
+            mName.emplace(mText);
+        return mName ? &*mName : nullptr;
+    }
     bool IsMetBy(const KLyrPropertyInfo* pInfo) const {
         if (!pInfo || (mTypeInfo && pInfo->GetTypeInfo() != mTypeInfo))
             return false;
         const char* lName = pInfo->GetNameText();
-        return (mCaseSensitive ? std::strcmp(lName, mText) : strcasecmp(lName, mText)) == 0;
+        if (!mCaseSensitive)
+            return strcasecmp(lName, mText) == 0;
+        return *lName == *mText && std::strcmp(lName, mText) == 0;
     }
 
     int mParentId;
     const char* mText;
     const KLyrPropertyPage* mTypeInfo;
     bool mCaseSensitive;
-    bool mIsHashed;
-    KLyrPropertyIndex::Name mName;
+    mutable std::optional<KLyrPropertyIndex::Name> mName;
 };
 
 int KLyrPropertyPage::Find(int pId, const char* pName, KLyrPropertyPage* pTypeInfo, bool pCaseSensitive,
@@ -138,8 +141,8 @@ int KLyrPropertyPage::FindHeld(const NameToFind& pSought, int pAbove) const {
 // The same on this very page, below pBelow unless that is -1.
 int KLyrPropertyPage::FindOwn(const NameToFind& pSought, int pAbove, int pBelow) const {
     const KLyrPropertyIndex* lIndex = GetIndex();
-    if (lIndex && pSought.mIsHashed) {
-        const KLyrPropertyEntry* lEntry = lIndex->NextNamesake(pSought.mParentId, pSought.mName, pAbove);
+    if (const KLyrPropertyIndex::Name* lName = lIndex ? pSought.Hashed() : nullptr) {
+        const KLyrPropertyEntry* lEntry = lIndex->NextNamesake(pSought.mParentId, *lName, pAbove);
         for (; lEntry; lEntry = KLyrPropertyIndex::NextNamesake(lEntry)) {
             const int lId = KLyrPropertyIndex::IdOf(lEntry);
             if (pBelow != -1 && lId >= pBelow)
