@@ -19,13 +19,14 @@ namespace {
 struct Entry {
     // The next entry of the same bucket.
     Entry* mChain;
-    // The next entry of the list of texts to look at when the last bracket closes.
+    // The next entry of the list of texts to look at when the last bracket closes; itself at the end of the list, null
+    // outside of it.
     Entry* mNextIdle;
     // Goes from 1 to 0, and from 0 to 1, only under the table's lock; everything else happens without it.
     std::atomic<std::size_t> mCount;
     std::size_t mLength;
     unsigned int mHash;
-    bool mOnIdleList;
+    std::uint32_t mHashWithoutCase;
 
     char* Text() { return reinterpret_cast<char*>(this + 1); }
 };
@@ -107,7 +108,8 @@ public:
             GiveBackWhenEmpty();
             return nullptr;
         }
-        Entry* lEntry = ::new (lMemory) Entry{nullptr, nullptr, {1}, pKey.mLength, pKey.mHash, false};
+        Entry* lEntry = ::new (lMemory)
+            Entry{nullptr, nullptr, {1}, pKey.mLength, pKey.mHash, detail::HashWithoutCase(pKey.mText, pKey.mLength)};
         std::memcpy(lEntry->Text(), pKey.mText, pKey.mLength + 1);
         Link(lEntry);
         ++mEntryCount;
@@ -118,9 +120,8 @@ public:
     void Retire(Entry* pEntry) {
         if (mOpenBrackets == 0) {
             Free(pEntry);
-        } else if (!pEntry->mOnIdleList) {
-            pEntry->mOnIdleList = true;
-            pEntry->mNextIdle = mIdle;
+        } else if (!pEntry->mNextIdle) {
+            pEntry->mNextIdle = mIdle ? mIdle : pEntry;
             mIdle = pEntry;
         }
     }
@@ -131,8 +132,8 @@ public:
         if (mOpenBrackets == 0 || --mOpenBrackets > 0)
             return;
         while (Entry* lEntry = mIdle) {
-            mIdle = lEntry->mNextIdle;
-            lEntry->mOnIdleList = false;
+            mIdle = lEntry->mNextIdle != lEntry ? lEntry->mNextIdle : nullptr;
+            lEntry->mNextIdle = nullptr;
             // It may have been interned again since.
             if (lEntry->mCount.load(std::memory_order_acquire) == 0)
                 Free(lEntry);
@@ -213,6 +214,10 @@ detail::HashSeed::HashSeed() {
         reinterpret_cast<std::uintptr_t>(&sPlace) ^ std::uint64_t(reinterpret_cast<std::uintptr_t>(&lPlace)) << 28;
     mLeft = MultiplyAndFold(lAddresses ^ 0x9E3779B97F4A7C15u, 0xBF58476D1CE4E5B9u);
     mRight = MultiplyAndFold(lAddresses ^ 0x94D049BB133111EBu, 0xD6E8FEB86659FD93u);
+}
+
+std::uint32_t detail::HashWithoutCaseOfSymbol(const char* pBuffer) {
+    return *pBuffer ? EntryOf(pBuffer)->mHashWithoutCase : HashWithoutCase(pBuffer, 0);
 }
 
 const char KLyrStringSymbol::sgEmptyText[1] = "";

@@ -89,4 +89,13 @@ std::uint64_t HashText(const char* pText, std::size_t pLength) {
     return MultiplyAndFold(lHash ^ lSeed.mRight, pLength ^ lSeed.mLeft);
 }
 
+// Equal for texts that are equal but for the case of ASCII letters.
+inline std::uint32_t HashWithoutCase(const char* pText, std::size_t pLength) {
+    const std::uint64_t lHash = HashText<WithoutCase>(pText, pLength);
+    return static_cast<std::uint32_t>(lHash ^ lHash >> 32);
+}
+
+// The same of a symbol's text, which is hashed once, when it is interned.
+std::uint32_t HashWithoutCaseOfSymbol(const char* pBuffer);
+
 }  // namespace lyrsdk::detail

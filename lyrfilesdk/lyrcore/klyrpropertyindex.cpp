@@ -34,11 +34,12 @@ KLyrPropertyInfo* InfoOf(const KLyrPropertyEntry* pEntry) {
 // --- keys and hashes -----------------------------------------------------------------------------------------------
 
 KLyrPropertyIndex::Name::Name(const char* pText)
-    : mText(pText), mHash(detail::HashText<detail::WithoutCase>(pText, std::strlen(pText))) {}
+    : mText(pText), mHash(detail::HashWithoutCase(pText, std::strlen(pText))) {}
 
-unsigned KLyrPropertyIndex::Hash(int pParentId, const Name& pName) {
-    const std::uint64_t lHash =
-        detail::MultiplyAndFold(pName.mHash, detail::SeedOfHashes().mLeft + static_cast<unsigned>(pParentId));
+// Parents follow each other by their ids; a factor of all bits keeps what they make of one name apart.
+unsigned KLyrPropertyIndex::Hash(int pParentId, std::uint32_t pHashOfName) {
+    const std::uint64_t lHash = detail::MultiplyAndFold(
+        pHashOfName * 0x9E3779B97F4A7C15u, detail::SeedOfHashes().mLeft + static_cast<unsigned>(pParentId));
     return static_cast<unsigned>(lHash ^ lHash >> 32);
 }
 
@@ -150,7 +151,7 @@ const KLyrPropertyEntry* KLyrPropertyIndex::NextIn(const KLyrPropertyEntry* pTre
 }
 
 const KLyrPropertyEntry* KLyrPropertyIndex::NextNamesake(int pParentId, const Name& pName, int pAfter) const {
-    return NextIn(mTable[FindSlot(pParentId, pName.mText, Hash(pParentId, pName))], pAfter);
+    return NextIn(mTable[FindSlot(pParentId, pName.mText, Hash(pParentId, pName.mHash))], pAfter);
 }
 
 const KLyrPropertyEntry* KLyrPropertyIndex::NextNamesake(const KLyrPropertyEntry* pEntry) {
@@ -190,7 +191,7 @@ void KLyrPropertyIndex::PutIn(KLyrPropertyEntry* pEntry) {
         return;
     const int lId = IdOf(pEntry);
     Node& lNode = NodeOf(pEntry);
-    lNode.mHash = Hash(pEntry->GetParentId(), Name(lInfo->GetNameText()));
+    lNode.mHash = Hash(pEntry->GetParentId(), detail::HashWithoutCaseOfSymbol(lInfo->GetNameText()));
     KLyrPropertyEntry** lLink = &mTable[SlotOf(pEntry)];
     while (*lLink && RankOf(*lLink) >= RankOf(pEntry))
         lLink = IdOf(*lLink) < lId ? &NodeOf(*lLink).mBehind : &NodeOf(*lLink).mBefore;

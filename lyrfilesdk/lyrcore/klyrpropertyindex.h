@@ -54,7 +54,7 @@ public:
         explicit Name(const char* pText);
 
         const char* mText;
-        std::uint64_t mHash;
+        std::uint32_t mHash;
     };
     // The child of pParentId with the smallest id above pAfter whose name is equal but for the case of ASCII letters,
     // or null, and the one with the next larger id.
@@ -89,7 +89,7 @@ private:
     static int IdOf(const Record* pRecord);
     static Record* RecordOf(const KLyrPropertyEntry* pEntry);
     static Node& NodeOf(const KLyrPropertyEntry* pEntry) { return RecordOf(pEntry)->GetValue(); }
-    static unsigned Hash(int pParentId, const Name& pName);
+    static unsigned Hash(int pParentId, std::uint32_t pHashOfName);
     bool MakeRoom();
     bool ResizeTable(unsigned pSlots);
     unsigned FindSlot(int pParentId, const char* pName, unsigned pHash) const;
