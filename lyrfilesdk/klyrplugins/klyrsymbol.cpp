@@ -26,7 +26,8 @@ struct Entry {
     std::atomic<std::size_t> mCount;
     std::size_t mLength;
     unsigned int mHash;
-    std::uint32_t mHashWithoutCase;
+    // 0 until it is asked for. Two threads that ask at once write the same.
+    std::atomic<std::uint32_t> mHashWithoutCase;
 
     char* Text() { return reinterpret_cast<char*>(this + 1); }
 };
@@ -108,8 +109,7 @@ public:
             GiveBackWhenEmpty();
             return nullptr;
         }
-        Entry* lEntry = ::new (lMemory)
-            Entry{nullptr, nullptr, {1}, pKey.mLength, pKey.mHash, detail::HashWithoutCase(pKey.mText, pKey.mLength)};
+        Entry* lEntry = ::new (lMemory) Entry{nullptr, nullptr, {1}, pKey.mLength, pKey.mHash, {0}};
         std::memcpy(lEntry->Text(), pKey.mText, pKey.mLength + 1);
         Link(lEntry);
         ++mEntryCount;
@@ -217,7 +217,15 @@ detail::HashSeed::HashSeed() {
 }
 
 std::uint32_t detail::HashWithoutCaseOfSymbol(const char* pBuffer) {
-    return *pBuffer ? EntryOf(pBuffer)->mHashWithoutCase : HashWithoutCase(pBuffer, 0);
+    if (!*pBuffer)
+        return HashWithoutCase(pBuffer, 0);
+    Entry* lEntry = EntryOf(pBuffer);
+    std::uint32_t lHash = lEntry->mHashWithoutCase.load(std::memory_order_relaxed);
+    if (lHash == 0) {
+        lHash = HashWithoutCase(pBuffer, lEntry->mLength);
+        lEntry->mHashWithoutCase.store(lHash, std::memory_order_relaxed);
+    }
+    return lHash;
 }
 
 const char KLyrStringSymbol::sgEmptyText[1] = "";

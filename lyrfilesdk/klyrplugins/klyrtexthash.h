@@ -95,7 +95,7 @@ inline std::uint32_t HashWithoutCase(const char* pText, std::size_t pLength) {
     return static_cast<std::uint32_t>(lHash ^ lHash >> 32);
 }
 
-// The same of a symbol's text, which is hashed once, when it is interned.
+// The same of a symbol's text, which is kept with it once it was asked for.
 std::uint32_t HashWithoutCaseOfSymbol(const char* pBuffer);
 
 }  // namespace lyrsdk::detail
