@@ -151,11 +151,11 @@ void ExpectComparison(ELyrType pType) {
     const std::vector<T> lSamples = Samples<T>();
     for (std::size_t i = 0; i < lSamples.size(); ++i) {
         for (std::size_t j = 0; j < lSamples.size(); ++j) {
-            const T lLeft = lSamples[i];
-            const T lRight = lSamples[j];
+            const T& lLeft = lSamples[i];
+            const T& lRight = lSamples[j];
             EXPECT_EQ(lLeft == lRight, lyrCompare(&lLeft, &lRight, pType)) << pType << ' ' << i << ' ' << j;
         }
-        const T lLeft = lSamples[i];
+        const T& lLeft = lSamples[i];
         EXPECT_FALSE(lyrCompare(&lLeft, nullptr, pType));
         EXPECT_FALSE(lyrCompare(nullptr, &lLeft, pType));
     }

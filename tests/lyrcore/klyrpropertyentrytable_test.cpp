@@ -131,7 +131,9 @@ TEST_F(PropertyEntryTable, FindsEntriesFarFromTheOthers) {
         ASSERT_NO_FATAL_FAILURE(lPages.ExpectAllFound());
     }
     while (!lPages.mOfInstance.empty()) {
-        lPages.Remove(true, std::next(lPages.mOfInstance.begin(), lPages.mOfInstance.size() / 2)->first);
+        lPages.Remove(
+            true,
+            std::next(lPages.mOfInstance.begin(), static_cast<std::ptrdiff_t>(lPages.mOfInstance.size() / 2))->first);
         if (lPages.mOfInstance.size() % 8 == 0) {
             ASSERT_NO_FATAL_FAILURE(lPages.ExpectAllFound());
         }
@@ -195,7 +197,7 @@ TEST_F(PropertyEntryTable, FindsWhatAScanFindsAfterRandomWork) {
             const int lNext = lPages.Root()->GetIdGenerator()->PeekNextId();
             const int lGap = lRandom() % 8 != 0   ? 0
                              : lRandom() % 4 != 0 ? 5
-                                                  : static_cast<int>(lRandom() % (50 * lSeed));
+                                                  : static_cast<int>(lRandom() % (std::size_t(50) * lSeed));
             const int lId = static_cast<int>(lRandom() % static_cast<unsigned>(lNext));
             switch (lRandom() % 6) {
                 case 0:

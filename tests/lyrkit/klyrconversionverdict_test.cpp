@@ -47,6 +47,10 @@ const char* const kVerdicts[] = {
 /* di */ "R  .  .  .  .  .  .  .  .  .  .  .  .  .  .  .  .  .  .  .  R  .  =  .",
 /* dt */ "R  .  .  .  .  .  .  .  .  .  .  .  .  .  .  .  .  .  p  .  R  .  .  =",
 };
+
+char LetterOf(ELyrType pFrom, ELyrType pTo) {
+    return kVerdicts[pTo][std::size_t(3) * pFrom];
+}
 // clang-format on
 
 ELyrConversionVerdict VerdictOfLetter(char pLetter) {
@@ -89,7 +93,7 @@ void WithEveryPair(Call pCall) {
 
 TEST(ConversionVerdict, IsWhatTheTableSaysForEveryPair) {
     WithEveryPair([](ELyrType pFrom, ELyrType pTo) {
-        const char lLetter = kVerdicts[pTo][3 * pFrom];
+        const char lLetter = LetterOf(pFrom, pTo);
         EXPECT_STREQ(lyrVerdictText(lyrConversionVerdict(pFrom, pTo)), lyrVerdictText(VerdictOfLetter(lLetter)));
     });
 }
@@ -130,7 +134,7 @@ TEST(ConversionVerdict, OfWhatIsNoCodeIsARefusalWithAReport) {
 
 TEST(ConversionVerdict, SaysWhetherAPairIsRefused) {
     WithEveryPair([](ELyrType pFrom, ELyrType pTo) {
-        const char lLetter = kVerdicts[pTo][3 * pFrom];
+        const char lLetter = LetterOf(pFrom, pTo);
         EXPECT_EQ(lyrConversionIsRefused(pFrom, pTo), lLetter == '.' || lLetter == 'R');
     });
 }
@@ -175,10 +179,10 @@ long double NumberIn(AnyValue& pValue) {
         LYRSDK_NUMBER(eLONGLONG1, long long)
         LYRSDK_NUMBER(eULONGLONG1, unsigned long long)
         LYRSDK_NUMBER(eBOOL1, bool)
-        LYRSDK_NUMBER(eINTEGER1, int)
-        LYRSDK_NUMBER(eENUM, int)
-        LYRSDK_NUMBER(eFLOAT1, float)
-        LYRSDK_NUMBER(eDOUBLE1, double)
+        case eENUM:
+            LYRSDK_NUMBER(eINTEGER1, int)
+            LYRSDK_NUMBER(eFLOAT1, float)
+            LYRSDK_NUMBER(eDOUBLE1, double)
 #undef LYRSDK_NUMBER
         default: {
             const int lBits = pValue.As<lyrHalfFloat>().bits();
