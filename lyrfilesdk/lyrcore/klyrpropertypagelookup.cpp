@@ -61,12 +61,8 @@ bool OnlyAsciiHasCase() {
 struct KLyrPropertyPage::NameToFind {
     NameToFind(int pParentId, const char* pText, const KLyrPropertyPage* pTypeInfo, bool pCaseSensitive)
         : mParentId(pParentId), mText(pText), mTypeInfo(pTypeInfo), mCaseSensitive(pCaseSensitive) {}
-    // The name for an index, hashed for the first one; null where none may be asked.
-    const KLyrPropertyIndex::Name* Hashed() const {
-        if (!mName && (mCaseSensitive || OnlyAsciiHasCase()))
-            mName.emplace(mText);
-        return mName ? &*mName : nullptr;
-    }
+    // What an index is asked for. The name is hashed for the first one.
+    const KLyrPropertyIndex::Name& Hashed() const { return mName ? *mName : mName.emplace(mText); }
     bool IsMetBy(const KLyrPropertyInfo* pInfo) const {
         if (!pInfo || (mTypeInfo && pInfo->GetTypeInfo() != mTypeInfo))
             return false;
@@ -141,8 +137,8 @@ int KLyrPropertyPage::FindHeld(const NameToFind& pSought, int pAbove) const {
 // The same on this very page, below pBelow unless that is -1.
 int KLyrPropertyPage::FindOwn(const NameToFind& pSought, int pAbove, int pBelow) const {
     const KLyrPropertyIndex* lIndex = GetIndex();
-    if (const KLyrPropertyIndex::Name* lName = lIndex ? pSought.Hashed() : nullptr) {
-        const KLyrPropertyEntry* lEntry = lIndex->NextNamesake(pSought.mParentId, *lName, pAbove);
+    if (lIndex && (pSought.mCaseSensitive || OnlyAsciiHasCase())) {
+        const KLyrPropertyEntry* lEntry = lIndex->NextNamesake(pSought.mParentId, pSought.Hashed(), pAbove);
         for (; lEntry; lEntry = KLyrPropertyIndex::NextNamesake(lEntry)) {
             const int lId = KLyrPropertyIndex::IdOf(lEntry);
             if (pBelow != -1 && lId >= pBelow)
