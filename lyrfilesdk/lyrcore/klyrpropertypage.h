@@ -277,6 +277,8 @@ public:
     // Without memory for the map the bracket stays closed.
     void BeginCreateOrFindProperty();
     void EndCreateOrFindProperty();
+    // Whether the map is there.
+    bool IsCreateOrFindOpen() const { return mCreateOrFind.mFirst != 0; }
 
     // --- connections -----------------------------------------------------------------------------------------------
 

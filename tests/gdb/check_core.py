@@ -31,6 +31,8 @@ LAYERS = ("components/kbaselib/klib", "klyrplugins", "lyrcore", "lyrkit")
 PLAIN = {
     "KLyrConnectionPointFilter",
     "KLyrDumpStyle",
+    "KLyrLookupBracket",
+    "KLyrOwnedPage",
     "KLyrPlug",
     "KLyrLessCompare",
     "KNameMapCompare",
