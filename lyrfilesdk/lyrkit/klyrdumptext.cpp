@@ -1,5 +1,6 @@
 #include "lyrfilesdk/lyrkit/klyrdumptext.h"
 
+#include <charconv>
 #include <ostream>
 
 #include "lyrfilesdk/components/kbaselib/klib/kstring.h"
@@ -11,10 +12,11 @@ void Put(std::ostream& pStream, std::string_view pText) {
     pStream.write(pText.data(), static_cast<std::streamsize>(pText.size()));
 }
 
-void PutNumber(std::ostream& pStream, int pNumber) {
+template <typename Integer>
+void PutNumber(std::ostream& pStream, Integer pNumber) {
     char lDigits[32];
-    const int lLength = lyrFormat(lDigits, pNumber);
-    Put(pStream, std::string_view(lDigits, static_cast<std::size_t>(lLength)));
+    const std::to_chars_result lEnd = std::to_chars(lDigits, lDigits + sizeof lDigits, pNumber);
+    Put(pStream, std::string_view(lDigits, static_cast<std::size_t>(lEnd.ptr - lDigits)));
 }
 
 std::string_view View(const KString& pText) {
@@ -188,6 +190,27 @@ void DumpBlobSize(std::ostream& pStream, const lyrBlob& pBlob) {
     Put(pStream, pBlob.GetSize() == 1 ? " byte" : " bytes");
 }
 
+// The integers that an int does not hold: their own text is that of the int that their low bits are.
+bool IsWide(ELyrType pType) {
+    return pType == eUINTEGER1 || pType == eLONGLONG1 || pType == eULONGLONG1;
+}
+
+// The number that pRead(void*, ELyrType) gives. False, and nothing is written, when it gives none.
+template <typename Integer, typename Read>
+bool DumpNumber(std::ostream& pStream, ELyrType pType, Read pRead) {
+    Integer lNumber = 0;
+    if (!pRead(&lNumber, pType))
+        return false;
+    PutNumber(pStream, lNumber);
+    return true;
+}
+
+template <typename Read>
+bool DumpWide(std::ostream& pStream, ELyrType pType, Read pRead) {
+    return pType == eULONGLONG1 ? DumpNumber<unsigned long long>(pStream, eULONGLONG1, pRead)
+                                : DumpNumber<long long>(pStream, eLONGLONG1, pRead);
+}
+
 }  // namespace
 
 // By the type that the value has: a reference, or one without storage, is not even asked.
@@ -198,6 +221,9 @@ bool lyrDumpValue(std::ostream& pStream, const KLyrPropertyHandle& pProperty, in
         return false;
     if (lValue->GetType() == eDOUBLE44)
         return DumpMatrix(pStream, *lValue);
+    if (IsWide(lValue->GetType()))
+        return DumpWide(pStream, lValue->GetType(),
+                        [lValue](void* pNumber, ELyrType pType) { return lValue->Get(pNumber, pType); });
     KString lText;
     lyrBlob lBlob;
     if (!lValue->Get(&lText, eSTRING) || (lValue->GetType() == eBLOB && !lValue->Get(&lBlob, eBLOB)))
@@ -283,10 +309,13 @@ namespace {
 
 // Nothing without a bound, a question mark for one that cannot be read.
 void DumpBound(std::ostream& pStream, const KLyrPropertyPage& pPage, int pId, KLyrPropertyInfo::eValueIndex pIndex) {
+    const auto lRead = [&](void* pValue, ELyrType pType) { return pPage.GetMinMax(pId, pIndex, pValue, pType); };
     KString lText;
     if (!pPage.HasMinMax(pId, pIndex))
         return;
-    if (pPage.GetMinMax(pId, pIndex, &lText, eSTRING))
+    if (IsWide(pPage.GetType(pId)) && DumpWide(pStream, pPage.GetType(pId), lRead))
+        return;
+    if (lRead(&lText, eSTRING))
         lyrDumpText(pStream, View(lText));
     else
         pStream.put('?');

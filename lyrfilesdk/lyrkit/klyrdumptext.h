@@ -30,9 +30,10 @@ LYRSDK_API void lyrDumpText(std::ostream& pStream, std::string_view pText);
 // The same with quotation marks around it and a backslash in front of those inside.
 LYRSDK_API void lyrDumpQuoted(std::ostream& pStream, std::string_view pText);
 
-// The value seen, by its own conversion to a text: texts in quotation marks, an enumeration's index with its text in
-// brackets, the rows of a matrix with "; " between them, a blob with its size. Texts of more than pMaxLength bytes are
-// cut between characters and end in "..."; below 0 there is no limit. False for references and without a value.
+// The value seen, by its own conversion to a text, but integers in full: texts in quotation marks, an enumeration's
+// index with its text in brackets, the rows of a matrix with "; " between them, a blob with its size. Texts of more
+// than pMaxLength bytes are cut between characters and end in "..."; below 0 there is no limit. False for references
+// and without a value.
 LYRSDK_API bool lyrDumpValue(std::ostream& pStream, const KLyrPropertyHandle& pProperty, int pMaxLength = -1);
 
 // "ANIMATABLE, UI_GROUP"; a bit without a name is a number. Nothing without flags.

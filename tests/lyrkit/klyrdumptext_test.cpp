@@ -130,6 +130,43 @@ TEST_F(DumpTextTest, ValuesReadAsTheirTexts) {
     EXPECT_EQ(Value(lMatrix), "0,0,0,0; 0,0,0,0; 0,0,0,0; 0,0,0,0");
 }
 
+// Their own texts go through int.
+TEST_F(DumpTextTest, IntegersThatAnIntDoesNotHoldAreShownInFull) {
+    const auto lShown = [](ELyrType pType, auto pNumber) {
+        OwnedRoot lRoot(KLyrPropertyHandle::Create("root", pType));
+        EXPECT_TRUE(lRoot->Set(&pNumber, pType, false));
+        EXPECT_TRUE(lRoot->SetMin(&pNumber, pType));
+        EXPECT_TRUE(lRoot->SetSoftMax(&pNumber, pType));
+        const std::string lValue = Value(lRoot);
+        EXPECT_EQ(Limits(lRoot, false), lValue + "..");
+        EXPECT_EQ(Limits(lRoot, true), ".." + lValue);
+        return lValue;
+    };
+    EXPECT_EQ(lShown(eLONGLONG1, 1LL << 40), "1099511627776");
+    EXPECT_EQ(lShown(eLONGLONG1, -1LL), "-1");
+    EXPECT_EQ(lShown(eLONGLONG1, std::numeric_limits<long long>::min()), "-9223372036854775808");
+    EXPECT_EQ(lShown(eLONGLONG1, std::numeric_limits<long long>::max()), "9223372036854775807");
+    EXPECT_EQ(lShown(eULONGLONG1, std::numeric_limits<unsigned long long>::max()), "18446744073709551615");
+    EXPECT_EQ(lShown(eULONGLONG1, 0ULL), "0");
+    EXPECT_EQ(lShown(eUINTEGER1, 4294967295U), "4294967295");
+    EXPECT_EQ(lShown(eINTEGER1, std::numeric_limits<int>::min()), "-2147483648");
+    EXPECT_EQ(lShown(eUBYTE1, static_cast<unsigned char>(200)), "200");
+    EXPECT_EQ(lShown(eUSHORT1, static_cast<unsigned short>(65535)), "65535");
+}
+
+// A bound keeps the type that its property had when it was set.
+TEST_F(DumpTextTest, ABoundThatIsNoIntegerIsShownAsItsText) {
+    const OwnedRoot lType(KLyrPropertyHandle::Create("type", eSTRING));
+    OwnedRoot lRoot(KLyrPropertyHandle::Create("root", *lType));
+    const KString lLow("low");
+    EXPECT_TRUE(lRoot->SetMin(&lLow, eSTRING));
+    for (const ELyrType lNow : {eUINTEGER1, eLONGLONG1, eULONGLONG1}) {
+        lType->GetPage()->GetPropertyEntry(0)->Set(KLyrPropertyInfo::Create("type", lNow));
+        EXPECT_EQ(lRoot->GetType(), lNow);
+        EXPECT_EQ(Limits(lRoot, false), "low..");
+    }
+}
+
 TEST_F(DumpTextTest, EnumerationsShowTheirTextWhereThereIsOne) {
     const OwnedRoot lRoot(KLyrPropertyHandle::Create("root", eENUM));
     KLyrPropertyHandle(*lRoot).AddEnumValue("cold\n");
