@@ -33,6 +33,9 @@ enum ELyrBoundState : int {
     eLyrBoundGone,       // the page does not see it: it was destroyed, or belongs to another branch of the family
 };
 
+// A state in words, such as "not on this page"; "unknown" for what is none. A literal.
+LYRSDK_API const char* lyrResultText(ELyrBoundState pState);
+
 class LYRSDK_API KLyrBoundProperty {
 public:
     // Bound to nothing.

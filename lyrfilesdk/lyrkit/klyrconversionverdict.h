@@ -143,6 +143,10 @@ constexpr bool lyrConversionIsRefused(ELyrType pFrom, ELyrType pTo) {
 
 // A verdict in words, such as "may lose precision"; "unknown" for what is none. A literal.
 LYRSDK_API const char* lyrVerdictText(ELyrConversionVerdict pVerdict);
+// The same by the name that the texts of the kit's other results have.
+inline const char* lyrResultText(ELyrConversionVerdict pVerdict) {
+    return lyrVerdictText(pVerdict);
+}
 
 static_assert(lyrConversionVerdict(eDOUBLE1, eDOUBLE1) == eLyrConvertsSame);
 static_assert(lyrConversionVerdict(eENUM, eINTEGER1) == eLyrConvertsExactly);

@@ -28,6 +28,9 @@ enum class KLyrOrigin : int {
     eInherited,  // a page up the chain does
 };
 
+// An origin in words: "nowhere", "own" or "inherited"; "unknown" for what is none. A literal.
+LYRSDK_API const char* lyrResultText(KLyrOrigin pOrigin);
+
 // Where one item comes from.
 struct KLyrItemOrigin {
     // Which page that is.

@@ -48,6 +48,9 @@ enum ELyrLimitVerdict : int {
     eLyrLimitsRefused,
 };
 
+// A verdict in words, such as "below the minimum"; "unknown" for what is none. A literal.
+LYRSDK_API const char* lyrResultText(ELyrLimitVerdict pVerdict);
+
 // Whether the value at pValue, which is of the given code, keeps to the limits of pHandle. Of several faults the first
 // element's counts, a hard limit before a soft one.
 LYRSDK_API ELyrLimitVerdict lyrValidate(const KLyrPropertyHandle& pHandle, const void* pValue, ELyrType pValueType,

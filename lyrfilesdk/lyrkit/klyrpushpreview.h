@@ -36,6 +36,9 @@ enum class KLyrPushResult : int {
     eNoMemory,  // nothing has changed
 };
 
+// A result in words, such as "nothing to push"; "unknown" for what is none. A literal.
+LYRSDK_API const char* lyrResultText(KLyrPushResult pResult);
+
 // --- what moves ----------------------------------------------------------------------------------------------------
 
 // What of a property moves.
@@ -66,6 +69,9 @@ enum class KLyrPushReach : int {
     eShielded,  // an item of its own, or of a page between, hides the one that moves
     eChanged,   // the page will see something else
 };
+
+// The reach in words, such as "shielded"; "unknown" for what is none. A literal.
+LYRSDK_API const char* lyrResultText(KLyrPushReach pReach);
 
 // What one page sees of the push of one property.
 struct KLyrPushEffect {

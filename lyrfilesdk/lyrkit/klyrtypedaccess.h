@@ -49,6 +49,10 @@ enum ELyrSetResult : int {
     eLyrSetAlreadySo = 3,  // nothing: the page inherits an equal value
 };
 
+// A result in words, such as "inherited again"; "unknown" for what is none. A literal. The other results of the kit
+// have overloads.
+LYRSDK_API const char* lyrResultText(ELyrSetResult pResult);
+
 namespace detail {
 
 // The type that values of T are stored as: T itself where a code stores it, void where none does.

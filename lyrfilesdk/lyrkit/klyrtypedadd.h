@@ -57,6 +57,9 @@ enum ELyrBuildStep : int {
     eLyrBuildFlags,      // a flag that is none, or no memory
 };
 
+// What a step sets, such as "soft minimum"; "done" for eLyrBuildDone and "unknown" for what is none. A literal.
+LYRSDK_API const char* lyrResultText(ELyrBuildStep pStep);
+
 // A property that is being added. Made by lyrBuild.
 class LYRSDK_API KLyrPropertyBuilder {
 public:

@@ -108,5 +108,23 @@ TEST(HostileKitPages, LookupBrackets) {
     });
 }
 
+TEST(HostileKitPages, ResultTexts) {
+    MakeHostileCalls<NoSubject>({
+        {"lyrResultText", kNothing,
+         [](NoSubject&) {
+             for (int lNone : {INT_MIN, -1, 12, INT_MAX}) {
+                 EXPECT_STREQ(lyrResultText(static_cast<ELyrSetResult>(lNone)), "unknown");
+                 EXPECT_STREQ(lyrResultText(static_cast<ELyrBoundState>(lNone)), "unknown");
+                 EXPECT_STREQ(lyrResultText(static_cast<ELyrLimitVerdict>(lNone)), "unknown");
+                 EXPECT_STREQ(lyrResultText(static_cast<ELyrBuildStep>(lNone)), "unknown");
+                 EXPECT_STREQ(lyrResultText(static_cast<ELyrConversionVerdict>(lNone)), "unknown");
+                 EXPECT_STREQ(lyrResultText(static_cast<KLyrOrigin>(lNone)), "unknown");
+                 EXPECT_STREQ(lyrResultText(static_cast<KLyrPushResult>(lNone)), "unknown");
+                 EXPECT_STREQ(lyrResultText(static_cast<KLyrPushReach>(lNone)), "unknown");
+             }
+         }},
+    });
+}
+
 }  // namespace
 }  // namespace lyrsdk
