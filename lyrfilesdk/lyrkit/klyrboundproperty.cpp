@@ -1,5 +1,7 @@
 #include "lyrfilesdk/lyrkit/klyrboundproperty.h"
 
+#include "lyrfilesdk/lyrkit/klyrsentence.h"
+
 namespace lyrsdk {
 
 KLyrBoundProperty::KLyrBoundProperty(const KLyrPropertyHandle& pProperty) {
@@ -43,6 +45,25 @@ ELyrBoundState KLyrBoundProperty::GetState(const KLyrPropertyHandle& pPage) cons
     if (!lPage || lPage->GetIdGenerator() != mFamily)
         return eLyrBoundElsewhere;
     return lPage->GetPropertyEntry(mId) ? eLyrBoundHere : eLyrBoundGone;
+}
+
+KLyrReason lyrWhyRefused(const KLyrBoundProperty& pProperty, const KLyrPropertyHandle& pPage, ELyrType pValueType,
+                         ELyrAccess pAccess, const void* pValue) {
+    const ELyrBoundState lState = pProperty.GetState(pPage);
+    if (lState == eLyrBoundHere)
+        return lyrWhyRefused(pProperty.On(pPage), pValueType, pAccess, pValue);
+    KLyrReason lReason;
+    detail::Sentence lOut(lReason);
+    if (lState == eLyrBoundToNothing)
+        lOut << "The property is bound to nothing: it was not found when it was bound.";
+    else if (!pPage.GetPage())
+        lOut << "The handle has no page on which the bound property could be.";
+    else if (lState == eLyrBoundElsewhere)
+        lOut << "The page is of another family than the bound property.";
+    else
+        lOut << "The page does not see the bound property of id " << pProperty.GetId()
+             << ": it was destroyed, or belongs to another branch of the family.";
+    return lReason;
 }
 
 }  // namespace lyrsdk

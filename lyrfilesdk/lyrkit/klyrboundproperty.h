@@ -21,6 +21,7 @@
 #include "lyrfilesdk/components/kbaselib/klib/kapi.h"
 #include "lyrfilesdk/lyrcore/klyrpropertyhandle.h"
 #include "lyrfilesdk/lyrcore/klyrpropertypage.h"
+#include "lyrfilesdk/lyrkit/klyrconversionverdict.h"
 #include "lyrfilesdk/lyrkit/klyrtypedaccess.h"
 
 namespace lyrsdk {
@@ -80,5 +81,10 @@ private:
     KLyrPropertyIdGenerator* mFamily = nullptr;
     int mId = -1;
 };
+
+// As lyrWhyRefused for the property on the page of pPage. Why it is not there comes first: it was bound to nothing,
+// there is no such page, the page is of another family, or does not see the property.
+LYRSDK_API KLyrReason lyrWhyRefused(const KLyrBoundProperty& pProperty, const KLyrPropertyHandle& pPage,
+                                    ELyrType pValueType, ELyrAccess pAccess, const void* pValue = nullptr);
 
 }  // namespace lyrsdk

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -84,6 +85,36 @@ TEST_F(BoundProperty, TellsPagesOfOtherFamilies) {
     EXPECT_EQ(lPower.GetState(H()), eLyrBoundElsewhere);
     EXPECT_EQ(KLyrBoundProperty().GetState(*mLamp), eLyrBoundToNothing);
     EXPECT_EQ(KLyrBoundProperty().Get<double>(*mLamp), std::nullopt);
+}
+
+TEST_F(BoundProperty, SaysInASentenceWhyItIsNotThere) {
+    const KLyrBoundProperty lPower(mPower);
+    OwnedRoot lOther(H::Create("lamp", eUNIDENTIFIED));
+    const auto lWhy = [](const KLyrBoundProperty& pProperty, const H& pPage) {
+        return std::string(lyrWhyRefused(pProperty, pPage, eDOUBLE1, eLyrRead).mText);
+    };
+    EXPECT_EQ(lWhy(lPower, *mHall), "");
+    EXPECT_EQ(lWhy(KLyrBoundProperty(*mLamp, "electric/power"), *mLamp),
+              "The property is bound to nothing: it was not found when it was bound.");
+    EXPECT_EQ(lWhy(KLyrBoundProperty(), H()), "The property is bound to nothing: it was not found when it was bound.");
+    EXPECT_EQ(lWhy(lPower, H()), "The handle has no page on which the bound property could be.");
+    EXPECT_EQ(lWhy(lPower, *lOther), "The page is of another family than the bound property.");
+    H(mPower).Destroy();
+    EXPECT_EQ(lWhy(lPower, *mHall), "The page does not see the bound property of id " + std::to_string(lPower.GetId()) +
+                                        ": it was destroyed, or belongs to another branch of the family.");
+}
+
+TEST_F(BoundProperty, IsExplainedLikeTheHandleWhereItIs) {
+    const KLyrBoundProperty lPower(mPower);
+    const KString lBad("bright");
+    for (const KString* lText : {static_cast<const KString*>(nullptr), &lBad}) {
+        const KLyrReason lReason = lyrWhyRefused(lPower, *mHall, eSTRING, eLyrWrite, lText);
+        EXPECT_STREQ(lReason.mText, lyrWhyRefused(lPower.On(*mHall), eSTRING, eLyrWrite, lText).mText);
+        EXPECT_EQ(lReason.IsEmpty(), lText == nullptr);
+    }
+    EXPECT_STREQ(lyrWhyRefused(lPower, *mHall, eDATETIME, eLyrRead).mText,
+                 "A value of eDOUBLE1 is never converted to eDATETIME.");
+    EXPECT_FALSE(lyrWhyRefused(lPower, *mHall, eDOUBLE1, static_cast<ELyrAccess>(2)).IsEmpty());
 }
 
 TEST_F(BoundProperty, OutlivesThePagesOfItsFamily) {

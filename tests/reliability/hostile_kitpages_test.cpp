@@ -126,5 +126,25 @@ TEST(HostileKitPages, ResultTexts) {
     });
 }
 
+// The row of lyrWhyRefused is that of the overload for handles.
+TEST(HostileKitPages, ReasonsOfBoundProperties) {
+    MakeHostileCalls<P>({
+        {"lyrWhyRefused", kNothing,
+         [](P& p) {
+             const KLyrBoundProperty lBound(H(p.mPage.get(), P::kChild));
+             EXPECT_FALSE(lyrWhyRefused(KLyrBoundProperty(), H(), eDOUBLE1, eLyrRead).IsEmpty());
+             EXPECT_FALSE(lyrWhyRefused(lBound, H(), eDOUBLE1, eLyrRead).IsEmpty());
+             EXPECT_FALSE(lyrWhyRefused(lBound, H(p.mType.get(), 0), eDOUBLE1, eLyrRead).IsEmpty());
+             EXPECT_FALSE(lyrWhyRefused(lBound, H(p.mTop.get(), 0), eDOUBLE1, eLyrRead).IsEmpty());
+             for (int lCode : kNoCodes)
+                 EXPECT_FALSE(
+                     lyrWhyRefused(lBound, H(p.mPage.get(), 0), static_cast<ELyrType>(lCode), eLyrWrite).IsEmpty());
+             for (int lAccess : {INT_MIN, -1, 2, INT_MAX})
+                 EXPECT_FALSE(
+                     lyrWhyRefused(lBound, H(p.mPage.get(), 0), eDOUBLE1, static_cast<ELyrAccess>(lAccess)).IsEmpty());
+         }},
+    });
+}
+
 }  // namespace
 }  // namespace lyrsdk
