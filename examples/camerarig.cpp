@@ -20,24 +20,15 @@ public:
     }
 };
 
-// The pages, each with a root property of the name of the thing. Whoever makes a page destroys it.
+// The pages, each with a root property of the name of the thing. Whoever owns a page destroys it.
 struct Rig {
-    KLyrPropertyHandle mCameraType = KLyrPropertyHandle::Create("camera", eUNIDENTIFIED);
-    KLyrPropertyHandle mCamera = KLyrPropertyHandle::Create(mCameraType);
-    KLyrPropertyHandle mDolly = KLyrPropertyHandle::Create("dolly", eUNIDENTIFIED);
-    KLyrPropertyHandle mCrane = KLyrPropertyHandle::Create("crane", eUNIDENTIFIED);
-    KLyrPropertyHandle mActor = KLyrPropertyHandle::Create("actor", eUNIDENTIFIED);
-    KLyrPropertyHandle mZoom = KLyrPropertyHandle::Create("zoom", eUNIDENTIFIED);
+    KLyrOwnedPage mCameraType = KLyrOwnedPage::Create("camera", eUNIDENTIFIED);
+    KLyrOwnedPage mCamera = KLyrOwnedPage::Create(*mCameraType);
+    KLyrOwnedPage mDolly = KLyrOwnedPage::Create("dolly", eUNIDENTIFIED);
+    KLyrOwnedPage mCrane = KLyrOwnedPage::Create("crane", eUNIDENTIFIED);
+    KLyrOwnedPage mActor = KLyrOwnedPage::Create("actor", eUNIDENTIFIED);
+    KLyrOwnedPage mZoom = KLyrOwnedPage::Create("zoom", eUNIDENTIFIED);
     DataOnly mData;
-
-    Rig() = default;
-    Rig(const Rig&) = delete;
-    Rig& operator=(const Rig&) = delete;
-    // A handle that was used to destroy its page is invalid, and destroying nothing does nothing.
-    ~Rig() {
-        for (KLyrPropertyHandle* lPage : {&mZoom, &mActor, &mCrane, &mDolly, &mCamera, &mCameraType})
-            lPage->Destroy();
-    }
 };
 
 // "camera/focal length"
@@ -63,26 +54,28 @@ bool Drive(KLyrPropertyHandle pProperty, const KLyrPropertyHandle& pSource) {
 // The camera has its position and focal length from its type until something drives them.
 bool AddProperties(const Rig& pRig) {
     const lyrDouble3 lOrigin{{0, 0, 0}};
-    return lyrAdd(pRig.mCameraType, "position", lOrigin).Valid() &&
-           lyrAdd(pRig.mCameraType, "target", lOrigin).Valid() &&
-           lyrAdd(pRig.mCameraType, "focal length", 50.0).Valid() && lyrAdd(pRig.mDolly, "position", lOrigin).Valid() &&
-           lyrAdd(pRig.mCrane, "position", lyrDouble3{{0, 6, 0}}).Valid() &&
-           lyrAdd(pRig.mCrane, "serviced on", eDATETIME).Valid() &&
-           lyrAdd(pRig.mActor, "position", lyrDouble3{{4, 0, 3}}).Valid() &&
-           lyrAdd(pRig.mActor, "eyes", lOrigin).Valid() &&
-           lyrAdd(pRig.mZoom, "ring", "35").Valid();  // the ring sends texts
+    return lyrAdd(*pRig.mCameraType, "position", lOrigin).Valid() &&
+           lyrAdd(*pRig.mCameraType, "target", lOrigin).Valid() &&
+           lyrAdd(*pRig.mCameraType, "focal length", 50.0).Valid() &&
+           lyrAdd(*pRig.mDolly, "position", lOrigin).Valid() &&
+           lyrAdd(*pRig.mCrane, "position", lyrDouble3{{0, 6, 0}}).Valid() &&
+           lyrAdd(*pRig.mCrane, "serviced on", eDATETIME).Valid() &&
+           lyrAdd(*pRig.mActor, "position", lyrDouble3{{4, 0, 3}}).Valid() &&
+           lyrAdd(*pRig.mActor, "eyes", lOrigin).Valid() &&
+           lyrAdd(*pRig.mZoom, "ring", "35").Valid();  // the ring sends texts
 }
 
 bool Connect(const Rig& pRig) {
-    KLyrPropertyHandle lPosition = pRig.mCamera.Find("position", true);
-    const KLyrPropertyHandle lEyes = pRig.mActor.Find("eyes", true);
-    const bool lIsDriven =
-        Drive(lPosition, pRig.mDolly.Find("position", true)) && Drive(lPosition, pRig.mCrane.Find("position", true)) &&
-        Drive(lEyes, pRig.mActor.Find("position", true)) && Drive(pRig.mCamera.Find("target", true), lEyes) &&
-        Drive(pRig.mCamera.Find("focal length", true), pRig.mZoom.Find("ring", true));
-    const bool lIsRefused = !Drive(pRig.mCamera.Find("focal length", true), pRig.mCrane.Find("serviced on", true));
+    KLyrPropertyHandle lPosition = pRig.mCamera->Find("position", true);
+    const KLyrPropertyHandle lEyes = pRig.mActor->Find("eyes", true);
+    const bool lIsDriven = Drive(lPosition, pRig.mDolly->Find("position", true)) &&
+                           Drive(lPosition, pRig.mCrane->Find("position", true)) &&
+                           Drive(lEyes, pRig.mActor->Find("position", true)) &&
+                           Drive(pRig.mCamera->Find("target", true), lEyes) &&
+                           Drive(pRig.mCamera->Find("focal length", true), pRig.mZoom->Find("ring", true));
+    const bool lIsRefused = !Drive(pRig.mCamera->Find("focal length", true), pRig.mCrane->Find("serviced on", true));
     // Says only that the two belong together.
-    return lIsDriven && lIsRefused && lPosition.ConnectSrc(pRig.mActor, eLyrConnectionReference);
+    return lIsDriven && lIsRefused && lPosition.ConnectSrc(*pRig.mActor, eLyrConnectionReference);
 }
 
 void PrintSources(const char* pTitle, const KLyrPropertyHandle& pProperty, KLyrConnectionPointFilter* pFilter) {
@@ -118,7 +111,7 @@ bool Update(const KLyrPropertyHandle& pProperty, DataOnly& pFilter, int pHops = 
 bool Shoot(const char* pTitle, Rig& pRig) {
     std::cout << pTitle << ':';
     bool lIsUpToDate = true;
-    for (const KLyrPropertyHandle& lProperty : lyrChildren(pRig.mCamera)) {
+    for (const KLyrPropertyHandle& lProperty : lyrChildren(*pRig.mCamera)) {
         lIsUpToDate = Update(lProperty, pRig.mData) && lIsUpToDate;
         std::cout << ' ' << lProperty.GetName() << ' ';
         lIsUpToDate = lyrDumpValue(std::cout, lProperty) && lIsUpToDate;
@@ -128,15 +121,15 @@ bool Shoot(const char* pTitle, Rig& pRig) {
 }
 
 bool RollDolly(const Rig& pRig) {
-    const KLyrPropertyHandle lDolly = pRig.mDolly.Find("position", true);
-    const KLyrPropertyHandle lRing = pRig.mZoom.Find("ring", true);
+    const KLyrPropertyHandle lDolly = pRig.mDolly->Find("position", true);
+    const KLyrPropertyHandle lRing = pRig.mZoom->Find("ring", true);
     return lyrSet(lDolly, lyrDouble3{{1.5, 1, -4}}) == eLyrSetWritten && lyrSet(lRing, "85") == eLyrSetWritten;
 }
 
 // The actor is to look at what the camera looks at, which is the actor.
 bool TryCircle(Rig& pRig) {
-    KLyrPropertyHandle lPosition = pRig.mActor.Find("position", true);
-    const KLyrPropertyHandle lTarget = pRig.mCamera.Find("target", true);
+    KLyrPropertyHandle lPosition = pRig.mActor->Find("position", true);
+    const KLyrPropertyHandle lTarget = pRig.mCamera->Find("target", true);
     const bool lIsFound = Drive(lPosition, lTarget) && !Shoot("in a circle", pRig);
     return lPosition.DisconnectSrc(lTarget) && lIsFound;
 }
@@ -145,14 +138,14 @@ bool TryCircle(Rig& pRig) {
 
 // What is destroyed takes its connections along, so that no walk ever meets something that is gone.
 bool LoseDrivers(Rig& pRig) {
-    const KLyrPropertyHandle lFocalLength = pRig.mCamera.Find("focal length", true);
-    if (!pRig.mDolly.Destroy() || !Shoot("without dolly, the crane drives", pRig))
+    const KLyrPropertyHandle lFocalLength = pRig.mCamera->Find("focal length", true);
+    if (!pRig.mDolly->Destroy() || !Shoot("without dolly, the crane drives", pRig))
         return false;
     // The camera stays as it was driven last: the value is its own. Reverting shows what its type has.
-    if (!pRig.mZoom.Destroy() || !Shoot("without zoom", pRig) || !lyrRevert(lFocalLength))
+    if (!pRig.mZoom->Destroy() || !Shoot("without zoom", pRig) || !lyrRevert(lFocalLength))
         return false;
     // One property may go, and its page stay.
-    return pRig.mActor.Find("eyes", true).Destroy() && Shoot("reverted, and without eyes", pRig);
+    return pRig.mActor->Find("eyes", true).Destroy() && Shoot("reverted, and without eyes", pRig);
 }
 
 bool Run() {
@@ -160,19 +153,19 @@ bool Run() {
     if (!AddProperties(lRig) || !Connect(lRig))
         return false;
     std::cout << '\n';
-    PrintSources("all sources", lRig.mCamera.Find("position", true), nullptr);
-    PrintSources("of values", lRig.mCamera.Find("position", true), &lRig.mData);
+    PrintSources("all sources", lRig.mCamera->Find("position", true), nullptr);
+    PrintSources("of values", lRig.mCamera->Find("position", true), &lRig.mData);
     std::cout << '\n';
     if (!Shoot("at rest", lRig) || !RollDolly(lRig) || !Shoot("on the move", lRig) || !TryCircle(lRig))
         return false;
     // The graph, for a program that draws it.
     std::cout << '\n';
-    if (!lyrDumpConnectionsAsDot(std::cout, lRig.mCamera))
+    if (!lyrDumpConnectionsAsDot(std::cout, *lRig.mCamera))
         return false;
     std::cout << '\n';
     if (!LoseDrivers(lRig))
         return false;
-    PrintSources("sources left", lRig.mCamera.Find("position", true), nullptr);
+    PrintSources("sources left", lRig.mCamera->Find("position", true), nullptr);
     return true;
 }
 

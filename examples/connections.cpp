@@ -26,28 +26,25 @@ void PrintSources(const char* pTitle, const KLyrPropertyHandle& pDst, KLyrConnec
 }  // namespace
 
 int main() {
-    KLyrPropertyHandle lMaterial = KLyrPropertyHandle::Create("material", eUNIDENTIFIED);
-    KLyrPropertyHandle lBase = lMaterial.Add("base", eDOUBLE3);
-    KLyrPropertyHandle lGlow = lMaterial.Add("glow", eDOUBLE3);
-    KLyrPropertyHandle lWood = KLyrPropertyHandle::Create("wood", eUNIDENTIFIED);
-    KLyrPropertyHandle lNote = KLyrPropertyHandle::Create("note", eSTRING);
+    KLyrOwnedPage lMaterial = KLyrOwnedPage::Create("material", eUNIDENTIFIED);
+    KLyrPropertyHandle lBase = lMaterial->Add("base", eDOUBLE3);
+    KLyrPropertyHandle lGlow = lMaterial->Add("glow", eDOUBLE3);
+    KLyrOwnedPage lWood = KLyrOwnedPage::Create("wood", eUNIDENTIFIED);
+    const KLyrOwnedPage lNote = KLyrOwnedPage::Create("note", eSTRING);
 
-    lBase.ConnectSrc(lWood, eLyrConnectionData);
-    lBase.ConnectSrc(lNote, eLyrConnectionReference);
-    lWood.ConnectDst(lGlow, eLyrConnectionData);
+    lBase.ConnectSrc(*lWood, eLyrConnectionData);
+    lBase.ConnectSrc(*lNote, eLyrConnectionReference);
+    lWood->ConnectDst(lGlow, eLyrConnectionData);
 
     DataOnly lDataOnly;
     PrintSources("base", lBase, nullptr);
     PrintSources("base, data only", lBase, &lDataOnly);
-    std::printf("wood feeds %d channels\n", lWood.GetDstCount(nullptr));
+    std::printf("wood feeds %d channels\n", lWood->GetDstCount(nullptr));
 
     // A second connection of the same pair is refused.
-    std::printf("again: %s\n", lBase.ConnectSrc(lWood, eLyrConnectionData) ? "yes" : "no");
+    std::printf("again: %s\n", lBase.ConnectSrc(*lWood, eLyrConnectionData) ? "yes" : "no");
 
     // A page that goes takes its connections along.
-    lWood.Destroy();
+    lWood.Reset();
     PrintSources("without wood", lBase, nullptr);
-
-    for (KLyrPropertyHandle* lPage : {&lMaterial, &lNote})
-        lPage->Destroy();
 }

@@ -1,5 +1,6 @@
 // An importer: reads meshes and the objects that repeat them from a text, and goes on behind a line that does not do.
 
+#include <forward_list>
 #include <iostream>
 #include <optional>
 #include <sstream>
@@ -41,19 +42,6 @@ mesh chair
 object table the table
 )";
 
-// Brackets the lines of a page: meanwhile a map of all names that the page sees answers every lookup on it, and knows
-// what is added to it. To make the map is one look at the whole page, which a few lookups are not worth.
-class Bracket {
-public:
-    explicit Bracket(const KLyrPropertyHandle& pPage) : mPage(pPage) { mPage.BeginCreateOrFindProperty(); }
-    ~Bracket() { mPage.EndCreateOrFindProperty(); }
-    Bracket(const Bracket&) = delete;
-    Bracket& operator=(const Bracket&) = delete;
-
-private:
-    KLyrPropertyHandle mPage;
-};
-
 class Importer {
 public:
     Importer() {
@@ -61,19 +49,9 @@ public:
                                                            {"switch", eBOOL1},   {"point", eDOUBLE3},
                                                            {"text", eSTRING},    {"date", eDATETIME}};
         for (const auto& [lName, lType] : lKinds)
-            if (!lyrAdd(mKinds, lName, lType).Valid())
+            if (!lyrAdd(*mKinds, lName, lType).Valid())
                 Refuse("no memory for values of a kind");
     }
-    // Objects come behind their meshes and go before them.
-    ~Importer() {
-        mBracket.reset();
-        for (auto lPage = mPages.rbegin(); lPage != mPages.rend(); ++lPage)
-            lPage->Destroy();
-        mKinds.Destroy();
-    }
-    Importer(const Importer&) = delete;
-    Importer& operator=(const Importer&) = delete;
-
     // The number of lines that were refused, each with a report.
     int Read(std::istream& pText) {
         for (std::string lLine; std::getline(pText, lLine);) {
@@ -116,10 +94,11 @@ private:
 
     // --- pages: the lines that follow belong to the one that the bracket is on ---------------------------------------
 
-    void Begin(const KLyrPropertyHandle& pPage) {
-        mPage = pPage;
-        mPages.push_back(pPage);
-        mBracket.emplace(pPage);
+    void Begin(KLyrOwnedPage pPage) {
+        mPage = *pPage;
+        mPages.push_back(mPage);
+        mOwned.push_front(std::move(pPage));
+        mBracket.emplace(mPage);
     }
 
     void BeginMesh(const std::string& pName) {
@@ -128,7 +107,7 @@ private:
             return Refuse("a mesh without a name; what follows is left out");
         if (FindMesh(pName).Valid())
             return Refuse("there is a mesh '" + pName + "' already; what follows is left out");
-        Begin(KLyrPropertyHandle::Create(pName.c_str(), eUNIDENTIFIED));
+        Begin(KLyrOwnedPage::Create(pName.c_str(), eUNIDENTIFIED));
     }
 
     void BeginObject(std::istringstream& pWords) {
@@ -138,7 +117,7 @@ private:
         mBracket.reset();
         if (!lMesh.Valid())
             return Refuse("there is no mesh '" + lMeshName + "'; what follows is left out");
-        Begin(KLyrPropertyHandle::Create(lMesh));
+        Begin(KLyrOwnedPage::Create(lMesh));
         // Only the instance has this one. All others it sees in its mesh.
         if (!lyrAdd(mPage, "name", RestOf(pWords)).Valid())
             Refuse("no memory for a name");
@@ -158,7 +137,7 @@ private:
     void ReadProperty(const std::string& pPath, std::istringstream& pWords) {
         std::string lKind;
         pWords >> lKind;
-        const KLyrPropertyHandle lValue = mKinds.Find(lKind.c_str(), true);
+        const KLyrPropertyHandle lValue = mKinds->Find(lKind.c_str(), true);
         if (pPath.front() == '/' || pPath.back() == '/' || pPath.find("//") != std::string::npos)
             Refuse("there is an empty name in '" + pPath + "'");
         else if (!lValue.Valid())
@@ -218,10 +197,14 @@ private:
     }
 
     // A property of each kind of value, which takes one after the other.
-    KLyrPropertyHandle mKinds = KLyrPropertyHandle::Create("kinds", eUNIDENTIFIED);
+    KLyrOwnedPage mKinds = KLyrOwnedPage::Create("kinds", eUNIDENTIFIED);
+    // As they are read. They go the other way round: objects come behind their meshes and go before them.
     std::vector<KLyrPropertyHandle> mPages;
+    std::forward_list<KLyrOwnedPage> mOwned;
     KLyrPropertyHandle mPage;
-    std::optional<Bracket> mBracket;
+    // Around the lines of a page: a map of all names that it sees answers every lookup on it meanwhile. To make the map
+    // is one look at the whole page, which a few lookups are not worth.
+    std::optional<KLyrLookupBracket> mBracket;
     int mLine = 0;
     int mRefused = 0;
 };

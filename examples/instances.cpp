@@ -26,18 +26,18 @@ void SetDouble(const KLyrPropertyHandle& pObject, const char* pPath, double pVal
     pObject.Find(pPath, "/", true).Set(&pValue, eDOUBLE1, true);
 }
 
-KLyrPropertyHandle MakePrototype(const KLyrPropertyHandle& pPlace) {
-    KLyrPropertyHandle lLamp = KLyrPropertyHandle::Create("lamp", eUNIDENTIFIED);
-    lLamp.Add("place", pPlace);
+KLyrOwnedPage MakePrototype(const KLyrPropertyHandle& pPlace) {
+    KLyrOwnedPage lLamp = KLyrOwnedPage::Create("lamp", eUNIDENTIFIED);
+    lLamp->Add("place", pPlace);
 
-    KLyrPropertyHandle lPower = lLamp.Add("power", eDOUBLE1);
+    KLyrPropertyHandle lPower = lLamp->Add("power", eDOUBLE1);
     const double lDefault = 60, lLeast = 0;
     lPower.Set(&lDefault, eDOUBLE1, false);
     lPower.SetMin(&lLeast, eDOUBLE1);
     lPower.SetLabel("Power (W)");
     lPower.ModifyFlags(LyrPropertyFlags::eANIMATABLE, true);
 
-    KLyrPropertyHandle lState = lLamp.Add("state", eENUM);
+    KLyrPropertyHandle lState = lLamp->Add("state", eENUM);
     lState.AddEnumValue("off");
     lState.AddEnumValue("on");
     return lLamp;
@@ -46,38 +46,35 @@ KLyrPropertyHandle MakePrototype(const KLyrPropertyHandle& pPlace) {
 }  // namespace
 
 int main() {
-    KLyrPropertyHandle lPlace = KLyrPropertyHandle::Create("place", eUNIDENTIFIED);
-    lPlace.Add("x", eDOUBLE1);
-    lPlace.Add("y", eDOUBLE1);
+    KLyrOwnedPage lPlace = KLyrOwnedPage::Create("place", eUNIDENTIFIED);
+    lPlace->Add("x", eDOUBLE1);
+    lPlace->Add("y", eDOUBLE1);
 
-    KLyrPropertyHandle lLamp = MakePrototype(lPlace);
-    KLyrPropertyHandle lDesk = KLyrPropertyHandle::Create(lLamp);
-    KLyrPropertyHandle lHall = KLyrPropertyHandle::Create(lLamp);
-    SetDouble(lDesk, "place/x", 2.5);
-    SetDouble(lDesk, "power", 40);
+    const KLyrOwnedPage lLamp = MakePrototype(*lPlace);
+    KLyrOwnedPage lDesk = KLyrOwnedPage::Create(*lLamp);
+    KLyrOwnedPage lHall = KLyrOwnedPage::Create(*lLamp);
+    SetDouble(*lDesk, "place/x", 2.5);
+    SetDouble(*lDesk, "power", 40);
     const int lOn = 1;
-    lHall.Find("state", true).Set(&lOn, eENUM, true);
-    Print("desk", lDesk);
-    Print("hall", lHall);
+    lHall->Find("state", true).Set(&lOn, eENUM, true);
+    Print("desk", *lDesk);
+    Print("hall", *lHall);
 
     // A value that equals the prototype's goes back to being inherited.
-    SetDouble(lDesk, "power", 60);
-    const bool lOwn = lDesk.Find("power", true).GetValueInheritType(false) == eLyrOverride;
+    SetDouble(*lDesk, "power", 60);
+    const bool lOwn = lDesk->Find("power", true).GetValueInheritType(false) == eLyrOverride;
     std::printf("desk power is %s\n", lOwn ? "its own" : "inherited");
 
     // The hall's own values become the prototype's, and the desk sees them.
-    lHall.PushPropertiesToParentInstance();
-    KLyrPropertyHandle lState = lDesk.Find("state", true);
+    lHall->PushPropertiesToParentInstance();
+    KLyrPropertyHandle lState = lDesk->Find("state", true);
     int lValue = 0;
     lState.Get(&lValue, eENUM);
     std::printf("desk state: %s\n", lState.GetEnumValue(lValue));
 
-    KLyrPropertyHandle lPower = lDesk.Find("power", true);
+    KLyrPropertyHandle lPower = lDesk->Find("power", true);
     double lLeast = -1;
     lPower.GetMin(&lLeast, eDOUBLE1);
     std::printf("%s: at least %g, %s\n", lPower.GetLabel(), lLeast,
                 lPower.GetFlags() & LyrPropertyFlags::eANIMATABLE ? "can be animated" : "cannot be animated");
-
-    for (KLyrPropertyHandle* lPage : {&lHall, &lDesk, &lLamp, &lPlace})
-        lPage->Destroy();
 }

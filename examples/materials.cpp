@@ -3,8 +3,9 @@
 // An instance holds only what makes it different and sees the rest in the page above it. What it holds can be handed
 // back, or pushed up for all instances of the page above.
 
+#include <forward_list>
 #include <iostream>
-#include <vector>
+#include <utility>
 
 #include "lyrfilesdk/lyrsdk.h"
 
@@ -15,19 +16,10 @@ namespace {
 // Makes the pages and owns them: nothing else destroys them.
 class Library {
 public:
-    Library() = default;
-    // The last one first: a page that goes before its instances would have to give them copies of all they see in it.
-    ~Library() {
-        for (auto lPage = mPages.rbegin(); lPage != mPages.rend(); ++lPage)
-            lPage->Destroy();
-    }
-    Library(const Library&) = delete;
-    Library& operator=(const Library&) = delete;
-
     // The page that all materials come from; not valid when there is no memory.
     KLyrPropertyHandle MakePrototype() {
         const KLyrPropertyHandle lTexture = MakeTextureType();
-        const KLyrPropertyHandle lRoot = Own(KLyrPropertyHandle::Create("material", eUNIDENTIFIED));
+        const KLyrPropertyHandle lRoot = Own(KLyrOwnedPage::Create("material", eUNIDENTIFIED));
         const bool lIsMade = lTexture.Valid() && lyrAdd(lRoot, "name", "material").Valid() && AddSurface(lRoot) &&
                              lyrBuild(lRoot, "texture", lTexture).GetHandle().Valid();
         return lIsMade ? lRoot : KLyrPropertyHandle();
@@ -35,19 +27,19 @@ public:
 
     // A material that looks like pAbove until it is given something of its own.
     KLyrPropertyHandle MakeMaterial(const KLyrPropertyHandle& pAbove, const char* pName) {
-        const KLyrPropertyHandle lRoot = Own(KLyrPropertyHandle::Create(pAbove));
+        const KLyrPropertyHandle lRoot = Own(KLyrOwnedPage::Create(pAbove));
         return lyrSet(lRoot.Find("name", true), pName) == eLyrSetWritten ? lRoot : KLyrPropertyHandle();
     }
 
 private:
-    KLyrPropertyHandle Own(const KLyrPropertyHandle& pRoot) {
-        mPages.push_back(pRoot);
-        return pRoot;
+    KLyrPropertyHandle Own(KLyrOwnedPage pPage) {
+        mPages.push_front(std::move(pPage));
+        return *mPages.front();
     }
 
     // A compound type is a page too: a property that is typed by it gets copies of its properties as children.
     KLyrPropertyHandle MakeTextureType() {
-        const KLyrPropertyHandle lRoot = Own(KLyrPropertyHandle::Create("texture", eUNIDENTIFIED));
+        const KLyrPropertyHandle lRoot = Own(KLyrOwnedPage::Create("texture", eUNIDENTIFIED));
         const bool lIsMade = lyrAdd(lRoot, "file", "").Valid() && lyrAdd(lRoot, "tiling", lyrDouble2{{1, 1}}).Valid();
         return lIsMade ? lRoot : KLyrPropertyHandle();
     }
@@ -64,7 +56,9 @@ private:
         return lColour.Valid() && lRoughness.Valid() && lMetalness.Valid() && lBlending.Valid();
     }
 
-    std::vector<KLyrPropertyHandle> mPages;
+    // The last one first, and so they go: a page that goes before its instances would have to give them copies of all
+    // they see in it.
+    std::forward_list<KLyrOwnedPage> mPages;
 };
 
 // The name of the material that a property belongs to.

@@ -217,11 +217,8 @@ bool Run(const KLyrPropertyHandle& pDesk, const KLyrPropertyHandle& pHall) {
 }  // namespace
 
 int main() {
-    KLyrPropertyHandle lLamp = KLyrPropertyHandle::Create("lamp", eUNIDENTIFIED);
-    KLyrPropertyHandle lDesk = KLyrPropertyHandle::Create(lLamp);
-    KLyrPropertyHandle lHall = KLyrPropertyHandle::Create(lLamp);
-    const bool lIsDone = Describe(lLamp) && Run(lDesk, lHall);
-    for (KLyrPropertyHandle* lPage : {&lHall, &lDesk, &lLamp})
-        lPage->Destroy();
-    return lIsDone ? 0 : 1;
+    const KLyrOwnedPage lLamp = KLyrOwnedPage::Create("lamp", eUNIDENTIFIED);
+    const KLyrOwnedPage lDesk = KLyrOwnedPage::Create(*lLamp);
+    const KLyrOwnedPage lHall = KLyrOwnedPage::Create(*lLamp);
+    return Describe(*lLamp) && Run(*lDesk, *lHall) ? 0 : 1;
 }
