@@ -86,30 +86,17 @@ void Show(const KLyrPropertyHandle& pMaterial) {
     }
 }
 
-const char* TextOf(ELyrSetResult pResult) {
-    switch (pResult) {
-        case eLyrSetWritten:
-            return "the material holds it";
-        case eLyrSetCollapsed:
-            return "inherited again: it is the same above";
-        case eLyrSetAlreadySo:
-            return "inherited already";
-        case eLyrSetRefused:
-            break;
-    }
-    return "refused";
-}
-
 // The ways back to what the page above shows.
 void HandBack(const KLyrPropertyHandle& pMaterial, double pAbove) {
     const KLyrPropertyHandle lRoughness = pMaterial.Find("roughness", true);
-    std::cout << "set to 0.6: " << TextOf(lyrSet(lRoughness, 0.6)) << '\n';
-    std::cout << "set to " << pAbove << ": " << TextOf(lyrSet(lRoughness, pAbove)) << '\n';
-    std::cout << "once more: " << TextOf(lyrSet(lRoughness, pAbove)) << '\n';
+    std::cout << "set to 0.6: " << lyrResultText(lyrSet(lRoughness, 0.6)) << '\n';
+    // What is the same above need not be held here.
+    std::cout << "set to " << pAbove << ": " << lyrResultText(lyrSet(lRoughness, pAbove)) << '\n';
+    std::cout << "once more: " << lyrResultText(lyrSet(lRoughness, pAbove)) << '\n';
     // Pinned, it stays what it is when the page above changes.
-    std::cout << "pinned: " << TextOf(lyrSet(lRoughness, pAbove, eLyrSetPin)) << '\n';
+    std::cout << "pinned: " << lyrResultText(lyrSet(lRoughness, pAbove, eLyrSetPin)) << '\n';
     std::cout << "dropped as redundant: " << lyrDropRedundant(pMaterial) << '\n';
-    std::cout << "set to 0.9: " << TextOf(lyrSet(lRoughness, 0.9)) << '\n';
+    std::cout << "set to 0.9: " << lyrResultText(lyrSet(lRoughness, 0.9)) << '\n';
     std::cout << "reverted: " << (lyrRevert(lRoughness) ? "yes" : "no") << '\n';
 }
 
