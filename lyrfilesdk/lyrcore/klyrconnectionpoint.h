@@ -57,7 +57,8 @@ public:
     KLyrConnectionPointFilter& operator=(const KLyrConnectionPointFilter&) { return *this; }
     virtual ~KLyrConnectionPointFilter();
 
-    // Whether the connection to pPeer of type pType is seen through this filter.
+    // Whether the connection to pPeer of type pType is seen through this filter. Of a property's point, GetData is its
+    // KLyrPropertyConnect, which leads to the page and the id.
     virtual bool Selects(const KLyrConnectionPoint* pPeer, kLyrConnectionType pType) const = 0;
 
 private:

@@ -58,7 +58,7 @@ public:
     static KLyrPropertyHandle Create(const KLyrPropertyHandle& pInstanceOf) { return Root(KLyrPropertyPage::Create(pInstanceOf.mPage)); }
     // A page whose root property has this name and type.
     static KLyrPropertyHandle Create(const char* pName, ELyrType pType) { return Root(KLyrPropertyPage::Create(pName, pType)); }
-    // Typed by the page of pTypeInfo, whose properties are copied as children.
+    // Typed by the page of pTypeInfo, whose properties are copied as children, without flags, labels or tags.
     static KLyrPropertyHandle Create(const char* pName, KLyrPropertyHandle pTypeInfo) { return Root(KLyrPropertyPage::Create(pName, pTypeInfo.mPage)); }
 
     // Of a root property: destroys the page. Of any other: removes its entry from the nearest page up the chain that
@@ -73,7 +73,7 @@ public:
 
     // A new child of this property. The default handle when there is no memory.
     KLyrPropertyHandle Add(const char* pName, ELyrType pType) { return mPage ? Added(mPage->Add(mId, pName, pType)) : KLyrPropertyHandle(); }
-    // The same, typed by a page, whose properties are copied as children of the new one.
+    // The same, typed by a page, whose properties are copied as children of the new one, without flags, labels or tags.
     KLyrPropertyHandle Add(const char* pName, const KLyrPropertyHandle& pTypeInfo) { return mPage ? Added(mPage->Add(mId, pName, pTypeInfo.mPage)) : KLyrPropertyHandle(); }
     // Not supported: false.
     bool SetParent(const KLyrPropertyHandle& pOther) { return mPage && mPage->Reparent(mId, pOther.mId); }
@@ -95,7 +95,8 @@ public:
     KLyrPropertyHandle GetTypeInfo() const { return mPage ? KLyrPropertyHandle(mPage->GetTypeInfo(mId), 0) : KLyrPropertyHandle(); }
 
     // --- lookup by name, below this property -----------------------------------------------------------------------
-    // With separators the name is a path; with a type info only a property typed by that page is found.
+    // With separators the name is a path; with a type info only a property typed by that page is found. Without case it
+    // is strcasecmp that compares, by the current C locale.
 
     // The child of this name.
     KLyrPropertyHandle Find(const char* pName, bool pCaseSensitive) const { return FindIn(pName, nullptr, nullptr, pCaseSensitive); }

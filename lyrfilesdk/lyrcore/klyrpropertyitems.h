@@ -288,7 +288,7 @@ private:
     detail::Link<KLyrPropertyInfo> mOfTypeInfo;
 };
 
-// The connection point of a property, with the way back to the property.
+// The connection point of a property, with the way back to the property: the point's GetData is this item.
 class LYRSDK_API KLyrPropertyConnect {
 public:
     // An item without connections, for one property of a page.

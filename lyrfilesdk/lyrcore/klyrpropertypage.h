@@ -138,9 +138,10 @@ public:
     // Adds a property and gives its id; -1, and nothing is added, when there is no memory or no id left. The parent id
     // is stored as given. All flags of a new property are off and set locally.
     int Add(int pParentId, const char* pName, ELyrType pType);
-    // A property typed by pTypeInfo, with a deep copy of that page's properties as children, in depth-first order. Null
-    // is eUNIDENTIFIED. A page that would expand within itself, or this very page, is reported as "Recursive type info"
-    // and not expanded.
+    // A property typed by pTypeInfo, with a deep copy of that page's properties as children, in depth-first order. The
+    // copies have names, types and values; no flags, labels, user tags and data, bounds, enumeration texts or connections.
+    // Null is eUNIDENTIFIED. A page that would expand within itself, or this very page, is reported as "Recursive type
+    // info" and not expanded.
     int Add(int pParentId, const char* pName, KLyrPropertyPage* pTypeInfo);
     // The same with items given by the caller, any of them null; children only when pRecursive. The new entry holds a
     // reference to each item. When this fails the items are still the caller's.
@@ -266,7 +267,8 @@ public:
 
     // The child of pId with this name, or, with separators, the descendant along a path of names; -1 when there is
     // none. Each separator character ends one name; two in a row enclose an empty one. Only the last name is filtered
-    // by pTypeInfo (null: no filter). Allocates nothing unless a name in the middle of a path is long.
+    // by pTypeInfo (null: no filter). Without case, names are equal that strcasecmp takes for equal in the current C
+    // locale. Allocates nothing unless a name in the middle of a path is long.
     int Find(int pId, const char* pName, KLyrPropertyPage* pTypeInfo, bool pCaseSensitive,
              const char* pChildrenSeparators) const;
     // The child of pId with this name, no path; -1 when there is none.

@@ -18,8 +18,8 @@ using LyrSdkMallocHandler = void* (*)(std::size_t pSize);
 // Takes back what the malloc handler gave. Is never called with null.
 using LyrSdkFreeHandler = void (*)(void* pMemory);
 
-// Replaces the pair of functions behind LyrSdkMalloc and LyrSdkFree; null and null restore malloc and free. To be
-// called before the first allocation, because a block goes back to the handler installed at that time. The handlers
+// Replaces the pair of functions behind LyrSdkMalloc and LyrSdkFree; when either is null, both are malloc and free. To
+// be called before the first allocation, because a block goes back to the handler installed at that time. The handlers
 // must be safe to call from every thread that uses the library, and must not call back into it.
 LYRSDK_API void LyrSdkSetMemoryHandlers(LyrSdkMallocHandler pMalloc, LyrSdkFreeHandler pFree);
 
