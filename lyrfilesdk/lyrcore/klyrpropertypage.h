@@ -139,9 +139,9 @@ public:
     // is stored as given. All flags of a new property are off and set locally.
     int Add(int pParentId, const char* pName, ELyrType pType);
     // A property typed by pTypeInfo, with a deep copy of that page's properties as children, in depth-first order. The
-    // copies have names, types and values; no flags, labels, user tags and data, bounds, enumeration texts or connections.
-    // Null is eUNIDENTIFIED. A page that would expand within itself, or this very page, is reported as "Recursive type
-    // info" and not expanded.
+    // copies have names, types and values; no flags, labels, user tags and data, bounds, enumeration texts or
+    // connections. Null is eUNIDENTIFIED. A page that would expand within itself, or this very page, is reported as
+    // "Recursive type info" and not expanded.
     int Add(int pParentId, const char* pName, KLyrPropertyPage* pTypeInfo);
     // The same with items given by the caller, any of them null; children only when pRecursive. The new entry holds a
     // reference to each item. When this fails the items are still the caller's.
