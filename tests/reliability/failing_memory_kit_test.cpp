@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 
 #include "lyrfilesdk/lyrkit/lyrkit.h"
 #include "tests/reliability/failing_memory_pages.h"
@@ -83,14 +84,52 @@ const Operation<S> kLookingOperations[] = {
      "0"},
 };
 
+std::string Made(S& p, KLyrOwnedPage pMade) {
+    p.mMade.reset(pMade.Release().GetPage());
+    return p.mMade ? "made" : "nothing";
+}
+
+const Operation<S> kPageOperations[] = {
+    {"MakesAnOwnedPage", [](S& p) { return Made(p, KLyrOwnedPage::Create()); }, "nothing"},
+    {"MakesAnOwnedInstance", [](S& p) { return Made(p, KLyrOwnedPage::Create(p.Here())); }, "nothing"},
+    {"MakesAnOwnedPageOfAType", [](S& p) { return Made(p, KLyrOwnedPage::Create(kLongText, eSTRING)); }, "nothing"},
+    {"MakesAnOwnedPageTypedByAPage", [](S& p) { return Made(p, KLyrOwnedPage::Create("made", p.Type())); }, "nothing"},
+    {"OpensALookupBracket", [](S& p) { return Answer(KLyrLookupBracket(p.Here()).Holds()); }, "false"},
+};
+
 class FailingMemoryKit : public testing::TestWithParam<Operation<S>> {};
 TEST_P(FailingMemoryKit, DoesAllOrKeepsWhatWasStored) {
     ExpectDoneOrRefused(GetParam());
 }
 INSTANTIATE_TEST_SUITE_P(Looking, FailingMemoryKit, testing::ValuesIn(kLookingOperations), NameOfOperation());
+INSTANTIATE_TEST_SUITE_P(Pages, FailingMemoryKit, testing::ValuesIn(kPageOperations), NameOfOperation());
 INSTANTIATE_TEST_SUITE_P(Enum, FailingMemoryKit, testing::ValuesIn(kEnumOperations), NameOfOperation());
 INSTANTIATE_TEST_SUITE_P(Adding, FailingMemoryKit, testing::ValuesIn(kAddingOperations), NameOfOperation());
 INSTANTIATE_TEST_SUITE_P(Typed, FailingMemoryKit, testing::ValuesIn(kTypedOperations), NameOfOperation());
+
+// A page that its instances find no memory for lives on behind them, as it does after the handle's Destroy.
+TEST(FailingMemoryOwnedPages, GoAndLoseNothingThatInstancesShow) {
+    using Owner = KLyrOwnedPage;
+    void (*const kWays[])(Owner&) = {[](Owner& pOwner) { pOwner.Reset(); }, [](Owner& pOwner) { pOwner = Owner(); },
+                                     [](Owner& pOwner) { const Owner lGone(std::move(pOwner)); }};
+    for (const auto lWay : kWays)
+        WithEveryAllocationFailing([lWay](FailurePoint pPoint) {
+            S lStage;
+            Owner lTop(KLyrPropertyHandle(lStage.mTop.release(), 0));
+            KString lSeen;
+            EXPECT_TRUE(lStage.Below(S::eText).Get(&lSeen, eSTRING));
+            std::size_t lFailed = 0;
+            {
+                const FailAllocations lFail(pPoint.mFirst, pPoint.mForever);
+                lWay(lTop);
+                lFailed = lFail.Failed();
+            }
+            EXPECT_FALSE(lTop);
+            EXPECT_TRUE(lStage.Below(S::eText).Get(&lStage.mRead, eSTRING));
+            EXPECT_TRUE(lStage.mRead == lSeen);
+            return lFailed;
+        });
+}
 
 }  // namespace
 }  // namespace lyrsdk
