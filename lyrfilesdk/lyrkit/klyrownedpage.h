@@ -35,7 +35,9 @@ public:
         if (pRoot.GetPage() && pRoot.GetId() == 0)
             mRoot = pRoot;
     }
+    // Takes over the page of another owner, which owns nothing from then on.
     KLyrOwnedPage(KLyrOwnedPage&& pOther) noexcept : mRoot(pOther.Release()) {}
+    // Destroys its page and takes over that of another owner, which owns nothing from then on; its own it keeps.
     KLyrOwnedPage& operator=(KLyrOwnedPage&& pOther) noexcept {
         Reset(pOther.Release());
         return *this;
@@ -44,14 +46,19 @@ public:
     KLyrOwnedPage& operator=(const KLyrOwnedPage&) = delete;
     ~KLyrOwnedPage() { mRoot.Destroy(); }
 
-    // Makes a page as the handle's Create does. Owns nothing when there is no memory.
+    // Make a page as the handle's Create does; nothing is owned when there is no memory.
+
+    // A page whose root property is "" of type eUNIDENTIFIED.
     static KLyrOwnedPage Create() { return KLyrOwnedPage(KLyrPropertyHandle::Create()); }
+    // An instance of that handle's page.
     static KLyrOwnedPage Create(const KLyrPropertyHandle& pInstanceOf) {
         return KLyrOwnedPage(KLyrPropertyHandle::Create(pInstanceOf));
     }
+    // A page whose root property has this name and type.
     static KLyrOwnedPage Create(const char* pName, ELyrType pType) {
         return KLyrOwnedPage(KLyrPropertyHandle::Create(pName, pType));
     }
+    // Typed by the page of pTypeInfo, whose properties are copied as children.
     static KLyrOwnedPage Create(const char* pName, const KLyrPropertyHandle& pTypeInfo) {
         return KLyrOwnedPage(KLyrPropertyHandle::Create(pName, pTypeInfo));
     }
@@ -62,7 +69,9 @@ public:
     // page is there.
     const KLyrPropertyHandle& operator*() const& { return mRoot; }
     const KLyrPropertyHandle& operator*() const&& = delete;
+    // For a call on the root property.
     KLyrPropertyHandle* operator->() { return &mRoot; }
+    // The same on a constant owner, for calls that change nothing.
     const KLyrPropertyHandle* operator->() const { return &mRoot; }
 
     // Gives the page up without destroying it; the default handle when it owns nothing.
