@@ -85,7 +85,7 @@ private:
 class LYRSDK_API InstanceWalk {
 public:
     explicit InstanceWalk(const KLyrPropertyHandle& pProperty) : mProperty(pProperty) {}
-    KLyrPropertyHandle First() { return At(0); }
+    KLyrPropertyHandle First();
     KLyrPropertyHandle Next(const KLyrPropertyHandle& pFrom);
 
 private:
@@ -188,12 +188,12 @@ private:
 inline KLyrHandleRange<detail::ChildWalk> lyrChildren(const KLyrPropertyHandle& pParent) {
     return KLyrHandleRange<detail::ChildWalk>(detail::ChildWalk(pParent));
 }
-// All below a property, in ascending order of their ids.
+// All below a property, in ascending order of their ids. What was below one that went is below the root only.
 inline KLyrHandleRange<detail::DescendentWalk> lyrDescendents(const KLyrPropertyHandle& pAncestor) {
     return KLyrHandleRange<detail::DescendentWalk>(detail::DescendentWalk(pAncestor));
 }
-// The parent of a property, that one's parent and so on, the root last. Parents that run in a circle end, each met at
-// most three times.
+// The parent of a property, that one's parent and so on, the root last. A walk over parents that run in a circle ends,
+// after at most three steps for each of those on the way.
 inline KLyrHandleRange<detail::AncestorWalk> lyrAncestors(const KLyrPropertyHandle& pProperty) {
     return KLyrHandleRange<detail::AncestorWalk>(detail::AncestorWalk(pProperty));
 }

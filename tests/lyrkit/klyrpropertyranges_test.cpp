@@ -135,6 +135,26 @@ TEST_F(Ranges, EndOnParentsThatRunInACircle) {
     EXPECT_EQ(IdsOf(lyrAncestors(At(lDeep))).size(), 1001u);
 }
 
+// Circles of every length behind ways of every length.
+TEST(RangesOfCircles, EndSoonAndLeaveNoneOut) {
+    const LeakCheck lLeaks;
+    for (int lAhead = 0; lAhead < 25; ++lAhead) {
+        for (int lLength = 1; lLength < 25; ++lLength) {
+            const OwnedRoot lRoot(H::Create("root", eUNIDENTIFIED));
+            KLyrPropertyPage* lPage = lRoot->GetPage();
+            for (int i = 1; i <= lLength; ++i)
+                lPage->Add(i == 1 ? lLength : i - 1, "in a circle", eINTEGER1);
+            int lFrom = lLength;
+            for (int i = 0; i < lAhead; ++i)
+                lFrom = lPage->Add(lFrom, "ahead", eINTEGER1);
+            const Ids lMet = IdsOf(lyrAncestors(H(lPage, lFrom)));
+            EXPECT_LE(lMet.size(), static_cast<std::size_t>(3 * (lAhead + lLength)));
+            const std::set<int> lDifferent(lMet.begin(), lMet.end());
+            EXPECT_EQ(lDifferent.size(), static_cast<std::size_t>(lLength + (lAhead > 0 ? lAhead - 1 : 0)));
+        }
+    }
+}
+
 // --- own properties --------------------------------------------------------------------------------------------------
 
 TEST_F(Ranges, TellWhatAPageHoldsItself) {
@@ -203,6 +223,24 @@ TEST_F(Ranges, MeetEveryInstanceOnceWhenEachIsDestroyed) {
     for (H lInstance : lyrInstances(*mPage))
         lInstance.Destroy();
     EXPECT_TRUE(lyrInstances(*mPage).IsEmpty());
+}
+
+TEST_F(Ranges, GoOnOverInstancesWhenThePropertyIsGoneFromThePage) {
+    std::vector<H> lInstances;
+    for (int i = 0; i < 3; ++i) {
+        lInstances.push_back(H::Create(*mPage));
+        lyrSet(On(lInstances.back(), At(2)), 20 + i);
+    }
+    std::vector<int> lValues;
+    for (const H& lInstance : lyrInstances(At(2))) {
+        if (lValues.empty())
+            At(2).Destroy();
+        lValues.push_back(lyrGet<int>(lInstance).value_or(-1));
+    }
+    EXPECT_EQ(lValues, (std::vector<int>{20, 21, 22}));
+    EXPECT_TRUE(lyrInstances(At(2)).IsEmpty());
+    for (H& lInstance : lInstances)
+        lInstance.Destroy();
 }
 
 // --- connections -----------------------------------------------------------------------------------------------------
