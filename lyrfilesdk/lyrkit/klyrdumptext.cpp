@@ -143,13 +143,21 @@ void lyrDumpQuoted(std::ostream& pStream, std::string_view pText) {
 
 namespace {
 
+// The last place up to pAt, which is in the text, where no character is cut in two. Bytes that are part of none are not
+// held together.
+std::size_t CutBefore(std::string_view pText, std::size_t pAt) {
+    constexpr std::size_t lMost = 3;
+    for (std::size_t i = 1; i <= lMost && i <= pAt; ++i) {
+        if (lyrUtf8Length(pText.substr(pAt - i)) > i)
+            return pAt - i;
+    }
+    return pAt;
+}
+
 void DumpShortened(std::ostream& pStream, std::string_view pText, int pMaxLength) {
     std::size_t lLength = pText.size();
-    if (pMaxLength >= 0 && lLength > static_cast<std::size_t>(pMaxLength)) {
-        lLength = static_cast<std::size_t>(pMaxLength);
-        while (lLength > 0 && IsContinuation(ByteAt(pText, lLength)))
-            --lLength;
-    }
+    if (pMaxLength >= 0 && lLength > static_cast<std::size_t>(pMaxLength))
+        lLength = CutBefore(pText, static_cast<std::size_t>(pMaxLength));
     lyrDumpQuoted(pStream, pText.substr(0, lLength));
     if (lLength < pText.size())
         Put(pStream, "...");
@@ -344,11 +352,14 @@ void lyrDumpPath(std::ostream& pStream, const KLyrPropertyHandle& pProperty, cha
     int lCount = 0;
     KLyrPropertyHandle lStep = pProperty;
     // An orphan has no root above it, and a root no name in the path.
-    while (lCount < lMost && lStep.GetId() > 0 && lStep.GetPage() && lStep.GetPage()->GetPropertyEntry(lStep.GetId())) {
+    const auto lHasName = [](const KLyrPropertyHandle& pAt) {
+        return pAt.GetId() > 0 && pAt.GetPage() && pAt.GetPage()->GetPropertyEntry(pAt.GetId());
+    };
+    while (lCount < lMost && lHasName(lStep)) {
         lNames[lCount++] = lStep;
         lStep = lStep.GetParent();
     }
-    if (lCount == lMost && lStep.GetId() > 0) {
+    if (lHasName(lStep)) {
         Put(pStream, "...");
         lyrDumpText(pStream, lSeparator);
     }

@@ -197,6 +197,19 @@ TEST_F(DumpTextTest, LongTextsAreCutBetweenCharacters) {
     EXPECT_EQ(Value(lRoot, std::numeric_limits<int>::max()), "\"a\xE7\x81\xAFz\"");
 }
 
+TEST_F(DumpTextTest, BytesThatArePartOfNoCharacterAreCutWhereTheyAre) {
+    const OwnedRoot lRoot(KLyrPropertyHandle::Create("root", eSTRING));
+    SetText(*lRoot, "\x80\x80\x80\x80\x80\x80");
+    EXPECT_EQ(Value(lRoot, 5), "\"\\x80\\x80\\x80\\x80\\x80\"...");
+    SetText(*lRoot, "a\xE7\x81z\xC3");
+    EXPECT_EQ(Value(lRoot, 4), "\"a\\xE7\\x81z\"...");
+    EXPECT_EQ(Value(lRoot, 2), "\"a\\xE7\"...");
+    SetText(*lRoot, "\xF0\x9F\x92\xA1\xA1");
+    EXPECT_EQ(Value(lRoot, 4), "\"\xF0\x9F\x92\xA1\"...");
+    for (const int lInside : {1, 2, 3})
+        EXPECT_EQ(Value(lRoot, lInside), "\"\"...");
+}
+
 // Every code but that of a reference is written, none with a report, references and none without a value.
 TEST_F(DumpTextTest, EveryTypeWithAValueIsWritten) {
     for (int lCode = 0; lCode < eMAX_TYPES; ++lCode) {
@@ -291,6 +304,17 @@ TEST_F(DumpTextTest, OfADeepPathTheLastNamesAreShown) {
     }
     EXPECT_EQ(Path(lDeep), lPath);
     EXPECT_EQ(Path(AddChild(lDeep, "y", eUNIDENTIFIED)), ".../" + lPath.substr(2) + "/y");
+}
+
+TEST_F(DumpTextTest, TheWholePathOfAnOrphanHasNothingInFront) {
+    const OwnedRoot lRoot(KLyrPropertyHandle::Create("root", eUNIDENTIFIED));
+    KLyrPropertyHandle lDeep(lRoot->GetPage(), lRoot->GetPage()->Add(1000, "top", eUNIDENTIFIED));
+    std::string lPath = "top";
+    for (int i = 1; i < 64; ++i) {
+        lDeep = AddChild(lDeep, "x", eUNIDENTIFIED);
+        lPath += "/x";
+    }
+    EXPECT_EQ(Path(lDeep), lPath);
 }
 
 TEST_F(DumpTextTest, AnOrphanAndParentsInACircleHaveAPathThatEnds) {
