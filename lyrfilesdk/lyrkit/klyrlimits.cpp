@@ -120,15 +120,21 @@ struct Interval {
     Wide mMax = std::numeric_limits<Wide>::infinity();
     bool mIsBounded = false;
 
+    // No number is inside when those of several elements leave no place between them.
+    bool Has(Wide pValue) const { return pValue >= mMin && pValue <= mMax; }
+    bool LiesApartFrom(const Interval& pOther) const { return mMin > pOther.mMax || mMax < pOther.mMin; }
+
     // A limit that is not a number fails both comparisons.
     void Narrow(Wide pMin, Wide pMax) {
         mIsBounded = mIsBounded || !std::isnan(pMin) || !std::isnan(pMax);
         mMin = pMin > mMin ? pMin : mMin;
         mMax = pMax < mMax ? pMax : mMax;
     }
-    Wide Clamp(Wide pValue) const {
-        const Wide lAbove = pValue < mMin ? mMin : pValue;
-        return lAbove > mMax ? mMax : lAbove;
+    void Clamp(Wide& pValue, bool& pIsAtMin) const {
+        if (pValue < mMin || pValue > mMax)
+            pIsAtMin = pValue < mMin && mMin <= mMax;
+        pValue = pValue < mMin ? mMin : pValue;
+        pValue = pValue > mMax ? mMax : pValue;
     }
 };
 
@@ -158,8 +164,11 @@ public:
     Interval For(int pElement, bool pForAll) const {
         Interval lInterval;
         const int lCount = mMin.mCount > mMax.mCount ? mMin.mCount : mMax.mCount;
-        for (int i = pForAll ? 0 : pElement; i < (pForAll ? lCount : pElement + 1); ++i)
-            lInterval.Narrow(At(mMin, i), At(mMax, i));
+        for (int i = pForAll ? 0 : pElement; i < (pForAll ? lCount : pElement + 1); ++i) {
+            const Wide lMin = At(mMin, i);
+            const Wide lMax = At(mMax, i);
+            lInterval.Narrow(lMin > lMax ? lMax : lMin, lMax);
+        }
         return lInterval;
     }
 
@@ -333,12 +342,28 @@ bool IsBounded(const Candidate& pCandidate, int pElement) {
     return false;
 }
 
-Wide Clamped(const Candidate& pCandidate, int pElement) {
-    Wide lValue = pCandidate.At(pElement);
+// Where a number goes, and whether that is up to a minimum.
+struct Place {
+    Wide mNumber;
+    bool mIsAtMin = false;
+};
+
+Place Clamped(const Candidate& pCandidate, int pElement) {
+    Place lPlace{pCandidate.At(pElement)};
     for (const bool lSoft : {true, false})
         if (pCandidate.Asks(lSoft))
-            lValue = pCandidate.For(lSoft, pElement).Clamp(lValue);
-    return lValue;
+            pCandidate.For(lSoft, pElement).Clamp(lPlace.mNumber, lPlace.mIsAtMin);
+    return lPlace;
+}
+
+// Of limits that lie apart the hard ones count.
+bool IsInside(const Candidate& pCandidate, int pElement) {
+    const Wide lNumber = pCandidate.At(pElement);
+    const Interval lHard = pCandidate.For(false, pElement);
+    const Interval lSoft = pCandidate.For(true, pElement);
+    const bool lHardDecide = pCandidate.Asks(false) && lSoft.LiesApartFrom(lHard);
+    return (!pCandidate.Asks(false) || lHard.Has(lNumber)) &&
+           (!pCandidate.Asks(true) || lHardDecide || lSoft.Has(lNumber));
 }
 
 // Puts each number of the candidate inside its limits, in a copy of the value. False when one is not a number, or finds
@@ -347,12 +372,12 @@ bool PutClamped(const Candidate& pCandidate, ELyrType pValueType, unsigned char*
     const ELyrType lElementType = IsVector(pValueType) ? eDOUBLE1 : pValueType;
     for (int i = 0; i < pCandidate.Count(); ++i) {
         const Wide lBefore = pCandidate.At(i);
-        const Wide lLimit = Clamped(pCandidate, i);
+        const Place lGoesTo = Clamped(pCandidate, i);
         if (std::isnan(lBefore) && IsBounded(pCandidate, i))
             return false;
         unsigned char* lPlace = pResult + sizeof(double) * static_cast<std::size_t>(i);
-        const bool lIsOutside = !std::isnan(lBefore) && lLimit != lBefore;
-        if (lIsOutside && !PutNumber(lElementType, lPlace, lLimit, lLimit > lBefore))
+        const bool lIsOutside = !std::isnan(lBefore) && lGoesTo.mNumber != lBefore;
+        if (lIsOutside && !PutNumber(lElementType, lPlace, lGoesTo.mNumber, lGoesTo.mIsAtMin))
             return false;
     }
     return true;
@@ -396,7 +421,7 @@ bool lyrClamp(const KLyrPropertyHandle& pHandle, void* pValue, ELyrType pValueTy
     if (!lCandidate.IsComparedAsItIs())
         return false;
     if (!IsNumber(pValueType) && !IsVector(pValueType))
-        return lCandidate.CopyLimit(Clamped(lCandidate, 0), pValue);
+        return lCandidate.CopyLimit(Clamped(lCandidate, 0).mNumber, pValue);
 
     Scratch lResult(pValueType);
     const std::size_t lSize = lyrStorageSize(pValueType);
@@ -406,7 +431,7 @@ bool lyrClamp(const KLyrPropertyHandle& pHandle, void* pValue, ELyrType pValueTy
     // Between limits that lie close together there may be no value of the type.
     const Candidate lInside(pHandle, lResult.mBytes, pValueType, pLimits);
     for (int i = 0; i < lInside.Count(); ++i)
-        if (!std::isnan(lInside.At(i)) && Clamped(lInside, i) != lInside.At(i))
+        if (!std::isnan(lInside.At(i)) && !IsInside(lInside, i))
             return false;
     std::memcpy(pValue, lResult.mBytes, lSize);
     return true;

@@ -5,7 +5,10 @@
 #include <cfloat>
 #include <climits>
 #include <cmath>
+#include <cstring>
 #include <limits>
+#include <optional>
+#include <random>
 #include <string>
 
 #include "lyrfilesdk/lyrkit/klyrtypedadd.h"
@@ -216,6 +219,91 @@ TEST_F(Limits, ThatContradictGoToTheMaximum) {
     EXPECT_EQ(lyrClamp(lProperty, 5.0), 2.0);
     const H lApart = lyrBuild(*mPage, "apart", 0.0).Limits(20, 30).SoftLimits(0, 10);
     EXPECT_EQ(lyrClamp(lApart, 50.0, eLyrAllLimits), 20.0) << "the hard ones come last";
+    const H lBetween = lyrBuild(*mPage, "between", 0.0).Limits(0.5, 9.5).SoftLimits(20.5, 30.5);
+    EXPECT_EQ(lyrClamp(lBetween, 5, eLyrAllLimits), 9) << "up to the soft minimum, and down to the maximum";
+    EXPECT_EQ(lyrClamp(lBetween, 50, eLyrAllLimits), 9);
+    const H lBelow = lyrBuild(*mPage, "below", 0.0).Limits(20.5, 30.5).SoftLimits(0.5, 9.5);
+    EXPECT_EQ(lyrClamp(lBelow, 25, eLyrAllLimits), 21);
+}
+
+class RandomNumbers {
+public:
+    explicit RandomNumbers(unsigned pSeed) : mEngine(pSeed) {}
+
+    int Below(int pEnd) { return static_cast<int>(mEngine() % static_cast<unsigned>(pEnd)); }
+    double Any() {
+        const double lOdd[] = {kNan, kInfinity, -kInfinity, -0.0, DBL_MAX, -DBL_MAX, 5e-324, 1e10, -1e10};
+        if (Below(4) == 0)
+            return lOdd[Below(9)];
+        return (Below(2000) - 1000) / (Below(2) == 0 ? 8.0 : 3.0);
+    }
+    // With hard limits, and often with soft ones.
+    H Limited(const H& pParent) {
+        H lProperty = lyrBuild(pParent, "any", eDOUBLE1).Limits(Any(), Any());
+        const double lMin = Any();
+        const double lMax = Any();
+        if (Below(2) == 0)
+            lProperty.SetSoftMin(&lMin, eDOUBLE1);
+        if (Below(2) == 0)
+            lProperty.SetSoftMax(&lMax, eDOUBLE1);
+        return lProperty;
+    }
+
+private:
+    std::mt19937 mEngine;
+};
+
+// What is inside stays as it is, and what is clamped is inside. Whether it moved.
+template <typename T>
+bool MovesInside(const H& pProperty, ELyrLimits pLimits, T pValue) {
+    const ELyrLimitVerdict lVerdict = lyrValidate(pProperty, pValue, pLimits);
+    const std::optional<T> lInside = lyrClamp(pProperty, pValue, pLimits);
+    if (lVerdict == eLyrWithinLimits) {
+        EXPECT_TRUE(lInside && std::memcmp(&*lInside, &pValue, sizeof pValue) == 0);
+        return false;
+    }
+    const ELyrLimits lDecisive = pLimits == eLyrAllLimits ? eLyrHardLimits : pLimits;
+    EXPECT_TRUE(!lInside || lyrValidate(pProperty, *lInside, lDecisive) == eLyrWithinLimits);
+    return lInside.has_value();
+}
+
+TEST_F(Limits, ClampRandomNumbersToWhatIsInsideOrNotAtAll) {
+    RandomNumbers lRandom(5);
+    int lMoved = 0;
+    for (int i = 0; i < 20000 && !HasFailure(); ++i) {
+        H lProperty = lRandom.Limited(*mPage);
+        const auto lLimits = static_cast<ELyrLimits>(1 + lRandom.Below(3));
+        const int lWhole = lRandom.Below(3000) - 1500;
+        lMoved += MovesInside(lProperty, lLimits, lRandom.Any());
+        lMoved += MovesInside(lProperty, lLimits, static_cast<float>(lWhole) / 8);
+        lMoved += MovesInside(lProperty, lLimits, lyrHalfFloat(static_cast<float>(lWhole) / 8));
+        lMoved += MovesInside(lProperty, lLimits, lWhole);
+        lMoved += MovesInside(lProperty, lLimits, static_cast<short>(lWhole));
+        lMoved += MovesInside(lProperty, lLimits, static_cast<unsigned char>(lWhole & 255));
+        lMoved += MovesInside(lProperty, lLimits, static_cast<long long>(lWhole) * (1LL << 40));
+        lMoved += MovesInside(lProperty, lLimits, static_cast<unsigned long long>(lRandom.Below(3000)) << 50);
+        lMoved += MovesInside(lProperty, lLimits, lWhole > 0);
+        lProperty.Destroy();
+    }
+    EXPECT_GT(lMoved, 20000);
+}
+
+TEST_F(Limits, KeepWhatTheyWereClampedTo) {
+    const H lContradicting = Bounded(0.0, 8.0, 4.0);
+    EXPECT_EQ(lyrClamp(lContradicting, 2.0), 4.0);
+    EXPECT_EQ(lyrValidate(lContradicting, 4.0), eLyrWithinLimits);
+    EXPECT_EQ(lyrValidate(lContradicting, 3.0), eLyrBelowMin);
+    EXPECT_EQ(lyrValidate(lContradicting, 5.0), eLyrAboveMax);
+}
+
+TEST_F(Limits, OfElementsThatLieApartLeaveNoPlaceForOneNumber) {
+    using Three = std::array<double, 3>;
+    const H lApart = Bounded(lyrDouble3(), Three{0, 5, 0}, Three{10, 6, 3});
+    EXPECT_EQ(lyrValidate(lApart, 3.0), eLyrBelowMin);
+    for (const double lNumber : {1.0, 4.0, 5.5, 9.0})
+        EXPECT_EQ(lyrClamp(lApart, lNumber), std::nullopt);
+    EXPECT_EQ(lyrClamp(lApart, Three{7, 7, 7}), (Three{7, 6, 3}));
+    EXPECT_EQ(lyrClamp(Bounded(lyrDouble3(), Three{0, 8, 0}, Three{9, 4, 9}), 1.0), 4.0) << "of one element";
 }
 
 template <typename T>
