@@ -165,7 +165,8 @@ enum ELyrAccess : int {
     eLyrWrite = 1  // a Set
 };
 
-// A sentence of bounded length. Names and texts that are quoted in it are cut where it would grow too long.
+// A sentence of bounded length in one line. Names and texts that are quoted in it are escaped as in dumps, and cut
+// between characters where it would grow too long.
 struct KLyrReason {
     // The bytes of a text, zero byte included.
     static constexpr int kSize = 256;

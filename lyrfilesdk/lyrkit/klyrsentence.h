@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "lyrfilesdk/lyrkit/klyrconversionverdict.h"
+#include "lyrfilesdk/lyrkit/klyrdumptext.h"
 #include "lyrfilesdk/lyrkit/klyrtypename.h"
 
 namespace lyrsdk {
@@ -33,11 +34,20 @@ public:
     Sentence& operator<<(ELyrType pType) {
         return pType >= 0 && pType < eMAX_TYPES ? *this << lyrTypeName(pType) : *this << static_cast<int>(pType);
     }
-    // What comes from the application and may be long.
+    // What comes from the application: it may be long, and hold any bytes.
     Sentence& Quote(std::string_view pText) {
         constexpr std::size_t lMost = 80;
-        const bool lIsLong = pText.size() > lMost;
-        return *this << "'" << pText.substr(0, lMost) << (lIsLong ? "...'" : "'");
+        char lEscape[16];
+        std::size_t lLength = 0;
+        *this << "'";
+        while (!pText.empty()) {
+            const std::string_view lShown = lyrEscapeFirst(pText, lEscape);
+            lLength += lShown.size();
+            if (lLength > lMost)
+                return *this << "...'";
+            *this << lShown;
+        }
+        return *this << "'";
     }
 
 private:

@@ -449,6 +449,18 @@ TEST_F(WhyRefused, CutsWhatIsLong) {
               "The text '" + lLong.substr(0, 80) + "...' does not read as eINTEGER1.");
 }
 
+TEST_F(WhyRefused, QuotesAnyBytesInOneWholeLine) {
+    KString lText;
+    ASSERT_TRUE(lText.Assign("1\0x", 3));
+    EXPECT_EQ(Why(mNumber, eSTRING, eLyrWrite, &lText), "The text '1\\x00x' does not read as eINTEGER1.");
+    const KLyrPropertyHandle lNamed = AddChild(*mPage, "a\n\x1B[2J\xFF", eUNIDENTIFIED);
+    EXPECT_EQ(Why(lNamed, eDOUBLE1),
+              "The property 'a\\n\\x1B[2J\\xFF' is of type eUNIDENTIFIED, which holds no value.");
+    const std::string lLong(79, 'n');
+    const KString lCut((lLong + "\xC3\xA4").c_str());
+    EXPECT_EQ(Why(mNumber, eSTRING, eLyrWrite, &lCut), "The text '" + lLong + "...' does not read as eINTEGER1.");
+}
+
 TEST_F(WhyRefused, AgreesWithWhatIsRefused) {
     for (int lType = 0; lType < eMAX_TYPES; ++lType) {
         const KLyrPropertyHandle lProperty = AddChild(*mPage, "any", Code(lType));
