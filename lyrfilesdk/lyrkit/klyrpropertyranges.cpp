@@ -124,9 +124,16 @@ KLyrPropertyHandle AllInstancesWalk::Next(const KLyrPropertyHandle& pFrom) {
 
 // --- connections ---------------------------------------------------------------------------------------------------
 
+// A connection item that belongs to no page is passed over.
 KLyrPropertyHandle PeerWalk::At(int pIndex) {
-    mIndex = pIndex;
-    return mSources ? mProperty.GetSrc(mFilter, pIndex) : mProperty.GetDst(mFilter, pIndex);
+    for (mIndex = pIndex;; ++mIndex) {
+        const KLyrPropertyHandle lPeer =
+            mSources ? mProperty.GetSrc(mFilter, mIndex) : mProperty.GetDst(mFilter, mIndex);
+        if (lPeer.Valid())
+            return lPeer;
+        if (mIndex >= (mSources ? mProperty.GetSrcCount(mFilter) : mProperty.GetDstCount(mFilter)))
+            return KLyrPropertyHandle();
+    }
 }
 
 // Where the peer that the walk stands at was disconnected, the next one has moved up.

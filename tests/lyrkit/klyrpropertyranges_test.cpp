@@ -270,6 +270,19 @@ TEST_F(Ranges, WalkConnectionsInTheirOrder) {
 
 // --- memory ----------------------------------------------------------------------------------------------------------
 
+TEST_F(Ranges, PassOverPeersThatBelongToNoPage) {
+    KLyrPropertyConnect* lNowhere = KLyrPropertyConnect::Create(nullptr, 7);
+    ASSERT_NE(lNowhere, nullptr);
+    lNowhere->IncRef();
+    ASSERT_TRUE(At(1).ConnectSrc(At(2)));
+    ASSERT_TRUE(
+        At(1).GetPage()->GetPropertyItem<KLyrPropertyConnect>(nullptr, 1)->ConnectSrc(lNowhere, eLyrConnectionData));
+    ASSERT_TRUE(At(1).ConnectSrc(At(5)));
+    EXPECT_EQ(IdsOf(lyrSources(At(1))), (Ids{2, 5}));
+    lNowhere->DecRef();
+    EXPECT_EQ(IdsOf(lyrSources(At(1))), (Ids{2, 5}));
+}
+
 TEST_F(Ranges, TakeNoMemory) {
     OwnedRoot lInstance(H::Create(*mPage));
     At(1).ConnectSrc(At(2));
