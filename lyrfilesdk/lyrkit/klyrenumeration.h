@@ -54,7 +54,7 @@ LYRSDK_API int RemapEnum(const KLyrPropertyHandle& pHandle, IndexMap pMap, void*
 // For a list that was changed otherwise: every index that is stored for this enumeration becomes pMap(index), on each
 // page of the family that holds an own value and sees the same description. Gives the number of pages whose value was
 // changed; -1, and nothing changes, for a property that is no enumeration. Linear in the pages of the family below the
-// one that the property comes from.
+// one that the property comes from, with two searches on the chain of each.
 template <typename Map>
 int lyrRemapEnum(const KLyrPropertyHandle& pHandle, Map&& pMap) {
     const auto lCall = [](int pIndex, void* pContext) -> int {

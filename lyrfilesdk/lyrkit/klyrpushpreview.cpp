@@ -104,15 +104,15 @@ KLyrPushEffect PushEffects::Effect() const {
     const KLyrPropertyPage* lInfoShield = nullptr;
     const KLyrPropertyPage* lValueShield = nullptr;
     unsigned lHides = 0;
-    for (const KLyrPropertyPage* lPage = mPage; lPage != mAbove; lPage = lPage->GetInstanceOf()) {
-        KLyrPropertyEntry* lEntry = OwnEntryOf(lPage, lId);
-        if (!lEntry)
-            continue;
-        if (!lInfoShield && lEntry->Get(static_cast<const KLyrPropertyInfo*>(nullptr)))
-            lInfoShield = lPage;
-        if (!lValueShield && lEntry->Get(static_cast<const KLyrPropertyValue*>(nullptr)))
-            lValueShield = lPage;
-        lHides |= HeldFlags(*lEntry->Get(static_cast<const KLyrPropertyFlags*>(nullptr)));
+    int lLevels = 0;
+    for (const KLyrPropertyPage* lPage = mPage; lPage != mAbove; lPage = lPage->GetInstanceOf())
+        ++lLevels;
+    for (HeldEntries lHeld(mPage, lId); lHeld && lHeld.Distance() < lLevels; lHeld.Next()) {
+        if (!lInfoShield && lHeld.Item<KLyrPropertyInfo>())
+            lInfoShield = lHeld.Page();
+        if (!lValueShield && lHeld.Item<KLyrPropertyValue>())
+            lValueShield = lHeld.Page();
+        lHides |= HeldFlags(*lHeld.Item<KLyrPropertyFlags>());
     }
     lEffect.mDescription = ReachOf(mDescription, lInfoShield, lEffect.mDescriptionShield);
     lEffect.mValue = ReachOf(mValue, lValueShield, lEffect.mValueShield);

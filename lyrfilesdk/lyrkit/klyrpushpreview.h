@@ -154,7 +154,7 @@ int lyrVisitPush(const KLyrPropertyHandle& pRoot, Visitor&& pVisitor) {
 // pVisitor(const KLyrPushEffect&) for the page above, then for its other instances and the pages below those, each in
 // front of its instances: how the push of this property, alone or with its page, is seen there. A visitor that gives a
 // bool ends the walk with false. The number of calls; 0 when nothing of the property would move. The visitor must
-// change nothing.
+// change nothing. Each page costs a search in every page between it and the page above.
 template <typename Visitor>
 int lyrVisitPushEffects(const KLyrPropertyHandle& pProperty, Visitor&& pVisitor) {
     int lCount = 0;

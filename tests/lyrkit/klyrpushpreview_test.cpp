@@ -118,6 +118,28 @@ TEST_F(PushPreviewTest, EveryPageBelowThePageAboveIsToldOnceAndThePageAndThoseBe
                                                            lLow2.get(), lThird.get(), lUnderThird.get(), lLast.get()}));
 }
 
+// Where each page would ask all above it, and those all above them, this would not come to an end.
+TEST_F(PushPreviewTest, ALongChainOfInstancesIsToldPageByPage) {
+    constexpr int lDepth = 6000;
+    constexpr int lShield = 4000;
+    SetNumber(mPage, kId, 2);
+    std::vector<OwnedPage> lChain;
+    lChain.push_back(MakeInstance(mLow));
+    while (static_cast<int>(lChain.size()) < lDepth)
+        lChain.push_back(MakeInstance(lChain.back()));
+    SetNumber(lChain[lShield], kId, 3);
+    int lTold = 0;
+    int lShielded = 0;
+    lyrVisitPushEffects(Property(), [&](const KLyrPushEffect& pEffect) {
+        ++lTold;
+        lShielded += pEffect.mValueShield == KLyrPropertyHandle(lChain[lShield].get(), kId) ? 1 : 0;
+    });
+    EXPECT_EQ(lTold, lDepth + 3);
+    EXPECT_EQ(lShielded, lDepth - lShield);
+    while (!lChain.empty())
+        lChain.pop_back();
+}
+
 TEST_F(PushPreviewTest, DescriptionsOfEnumerationsDifferByTheirTexts) {
     const int lEnum = mTop->Add(0, "kind", eENUM);
     mTop->AddEnumValue(lEnum, "a");
