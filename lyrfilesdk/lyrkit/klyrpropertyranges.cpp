@@ -74,10 +74,6 @@ KLyrPropertyHandle PropertyWalk::Next(const KLyrPropertyHandle& pFrom) {
 
 // --- instances -----------------------------------------------------------------------------------------------------
 
-KLyrPropertyHandle InstanceWalk::First() {
-    return IsThere(mProperty) ? At(0) : KLyrPropertyHandle();
-}
-
 // The property may be gone from its page meanwhile; instances may hold something of it still.
 KLyrPropertyHandle InstanceWalk::At(int pIndex) {
     KLyrPropertyPage* lPage = mProperty.GetPage();

@@ -85,10 +85,11 @@ private:
 class LYRSDK_API InstanceWalk {
 public:
     explicit InstanceWalk(const KLyrPropertyHandle& pProperty) : mProperty(pProperty) {}
-    KLyrPropertyHandle First();
+    KLyrPropertyHandle First() { return mProperty.GetPage() && HasProperty() ? At(0) : KLyrPropertyHandle(); }
     KLyrPropertyHandle Next(const KLyrPropertyHandle& pFrom);
 
 private:
+    bool HasProperty() const { return mProperty.GetPage()->GetPropertyEntry(mProperty.GetId()) != nullptr; }
     KLyrPropertyHandle At(int pIndex);
 
     KLyrPropertyHandle mProperty;
