@@ -16,9 +16,9 @@
 //     a value, or an element of one, that is not a number     eLyrIsNotANumber where there is a limit, and not clamped
 //     a minimum above its maximum                             counts as the maximum
 //
-// Clamping goes to the soft limits first and then to the hard ones, which alone count where the two lie apart. Where the
-// limit is no value of the given type, the next one inside is taken: an int below a minimum of 0.5 becomes 1. A number
-// that is to fill a vector finds no place where the limits of the elements leave none between them.
+// Clamping goes to the soft limits first and then to the hard ones, which alone count where the two lie apart. Where
+// the limit is no value of the given type, the next one inside is taken: an int below a minimum of 0.5 becomes 1. A
+// number that is to fill a vector finds no place where the limits of the elements leave none between them.
 //
 // Nothing takes memory or makes a report, unless a refused pair of types does. Constant cost: a few reads of limits.
 
