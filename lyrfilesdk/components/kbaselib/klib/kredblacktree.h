@@ -197,17 +197,14 @@ private:
         Place lPlace{mRoot, nullptr, kRemembersLast};
         while (lPlace.mRecord) {
             const KeyType& lKey = std::as_const(*lPlace.mRecord).GetKey();
-            bool lIsLess = false;
-            if constexpr (kHasPlainKeys) {
-                if (lKey == pKey)
-                    break;
-                lIsLess = lKey < pKey;
-            } else {
-                const int lOrder = Compare()(lKey, pKey);
-                if (lOrder == 0)
-                    break;
-                lIsLess = lOrder < 0;
-            }
+            int lOrder = 0;
+            if constexpr (kHasPlainKeys)
+                lOrder = lKey == pKey ? 0 : lKey < pKey ? -1 : 1;
+            else
+                lOrder = Compare()(lKey, pKey);
+            if (lOrder == 0)
+                break;
+            const bool lIsLess = lOrder < 0;
             lPlace.mParent = lPlace.mRecord;
             lPlace.mIsLast &= lIsLess;
             lPlace.mRecord = lIsLess ? lPlace.mRecord->mRightChild : lPlace.mRecord->mLeftChild;
