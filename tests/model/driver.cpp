@@ -5,7 +5,7 @@
 namespace lyrmodel {
 
 bool Driver::Apply(const Operation& pOperation) {
-    static constexpr Step kSteps[] = {
+    static constexpr Step sSteps[] = {
 #define LYRMODEL_ROW(pName, pArguments, pWeight) &Driver::pName,
         LYRMODEL_OPERATIONS(LYRMODEL_ROW)
 #undef LYRMODEL_ROW
@@ -13,7 +13,7 @@ bool Driver::Apply(const Operation& pOperation) {
     mLast = pOperation;
     mSame.SetTally(mTallies ? &(*mTallies)[static_cast<std::size_t>(pOperation.mKind)] : nullptr);
     mArguments = Resolve(pOperation, mPair.mModel);
-    (this->*kSteps[static_cast<std::size_t>(pOperation.mKind)])(mArguments);
+    (this->*sSteps[static_cast<std::size_t>(pOperation.mKind)])(mArguments);
     mSame.SameReports();
     return mSame.IsSame();
 }

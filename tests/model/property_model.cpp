@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <climits>
 #include <iterator>
+#include <utility>
 
 namespace lyrmodel {
 
@@ -128,7 +129,7 @@ int Page::Add(int pParent, const std::string& pName, Page* pTypeInfo) {
 
 // All of it or nothing, in the bracket's names as well; the ids stay used.
 int Page::Add(int pParent, std::shared_ptr<Info> pInfo, std::shared_ptr<Value> pValue, bool pConnect, bool pRecursive) {
-    Plan lPlan = PlanOf(pInfo, pValue, pConnect);
+    Plan lPlan = PlanOf(std::move(pInfo), std::move(pValue), pConnect);
     std::vector<Page*> lAbove;
     if (pRecursive)
         PlanType(lPlan, lAbove);
@@ -161,8 +162,8 @@ int Page::CountOfTyped(Page* pTypeInfo) {
 
 Page::Plan Page::PlanOf(std::shared_ptr<Info> pInfo, std::shared_ptr<Value> pValue, bool pConnect) {
     Plan lPlan;
-    lPlan.mInfo = pInfo;
-    lPlan.mValue = pValue;
+    lPlan.mInfo = std::move(pInfo);
+    lPlan.mValue = std::move(pValue);
     lPlan.mConnect = pConnect;
     return lPlan;
 }

@@ -165,8 +165,8 @@ struct ArrayStage {
     KArrayTemplate<T> mEmpty;
 
     ArrayStage() {
-        for (int i = 0; i < 8; ++i)
-            mArray.Add(static_cast<T>(i * 11));
+        for (int lValue = 0; lValue < 88; lValue += 11)
+            mArray.Add(static_cast<T>(lValue));
     }
     std::string Shows(Detail) const {
         std::ostringstream lOut;
@@ -411,7 +411,7 @@ TYPED_TEST(FailingMemoryMap, InsertsOrKeepsRecordsAndOrder) {
         {"InsertMany",
          [](Stage& pStage) {
              for (int i = 0; i < Stage::kCount; ++i) {
-                 const std::string lAnswer = pStage.InsertInto(pStage.mEmpty, i);
+                 std::string lAnswer = pStage.InsertInto(pStage.mEmpty, i);
                  EXPECT_TRUE(pStage.Holds());
                  if (lAnswer == "null false") {
                      pStage.mEmpty.Clear();
@@ -424,7 +424,7 @@ TYPED_TEST(FailingMemoryMap, InsertsOrKeepsRecordsAndOrder) {
         {"RemoveAndInsertBetween",
          [](Stage& pStage) {
              for (int i = 0; i < Stage::kCount; ++i) {
-                 const std::string lAnswer = pStage.InsertInto(pStage.mMap, i);
+                 std::string lAnswer = pStage.InsertInto(pStage.mMap, i);
                  EXPECT_TRUE(pStage.Holds());
                  if (lAnswer == "null false") {
                      while (--i >= 0)
