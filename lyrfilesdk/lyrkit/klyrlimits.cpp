@@ -45,13 +45,13 @@ bool HasOrder(ELyrType pType) {
     pNumber(eUBYTE1,     unsigned char)      \
     pNumber(eSHORT1,     short)              \
     pNumber(eUSHORT1,    unsigned short)     \
+    pNumber(eINTEGER1,   int)                \
     pNumber(eUINTEGER1,  unsigned int)       \
     pNumber(eLONGLONG1,  long long)          \
     pNumber(eULONGLONG1, unsigned long long) \
     pNumber(eHALFFLOAT,  lyrHalfFloat)       \
     pNumber(eBOOL1,      bool)               \
     pNumber(eENUM,       int)                \
-    pNumber(eINTEGER1,   int)                \
     pNumber(eFLOAT1,     float)
 // clang-format on
 

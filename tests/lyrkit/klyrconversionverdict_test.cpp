@@ -49,7 +49,7 @@ const char* const kVerdicts[] = {
 };
 
 char LetterOf(ELyrType pFrom, ELyrType pTo) {
-    return kVerdicts[pTo][std::size_t(3) * pFrom];
+    return kVerdicts[pTo][3 * static_cast<std::size_t>(pFrom)];
 }
 // clang-format on
 

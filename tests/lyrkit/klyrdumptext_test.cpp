@@ -137,7 +137,7 @@ TEST_F(DumpTextTest, IntegersThatAnIntDoesNotHoldAreShownInFull) {
         EXPECT_TRUE(lRoot->Set(&pNumber, pType, false));
         EXPECT_TRUE(lRoot->SetMin(&pNumber, pType));
         EXPECT_TRUE(lRoot->SetSoftMax(&pNumber, pType));
-        const std::string lValue = Value(lRoot);
+        std::string lValue = Value(lRoot);
         EXPECT_EQ(Limits(lRoot, false), lValue + "..");
         EXPECT_EQ(Limits(lRoot, true), ".." + lValue);
         return lValue;

@@ -73,7 +73,7 @@ void WriteDigits(char* pEnd, unsigned int pValue) {
     static constexpr char sPairs[] =
         "0001020304050607080910111213141516171819202122232425262728293031323334353637383940414243444546474849"
         "5051525354555657585960616263646566676869707172737475767778798081828384858687888990919293949596979899";
-    const auto lWritePair = [&pEnd](unsigned int pPair) { std::memcpy(pEnd -= 2, sPairs + pPair * 2, 2); };
+    const auto lWritePair = [&pEnd](unsigned int pPair) { std::memcpy(pEnd -= 2, sPairs + std::size_t(2) * pPair, 2); };
     for (; pValue >= 10000; pValue /= 10000) {
         lWritePair(pValue % 100);
         lWritePair(pValue % 10000 / 100);
