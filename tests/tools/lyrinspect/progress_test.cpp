@@ -16,7 +16,7 @@ struct Bar {
             progress.Step();
     }
     std::string Taken() {
-        const std::string lText = output.str();
+        std::string lText = output.str();
         output.str("");
         return lText;
     }
