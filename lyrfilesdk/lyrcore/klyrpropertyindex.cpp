@@ -49,6 +49,10 @@ KLyrPropertyIndex::Key KLyrPropertyIndex::KeyOf(int pParentId, int pId) {
     return lParent << 32 | (pId < 0 ? 0u : static_cast<unsigned>(pId) + 1u);
 }
 
+bool KLyrPropertyIndex::AreOfOneParent(Key pLeft, Key pRight) {
+    return pLeft >> 32 == pRight >> 32;
+}
+
 int KLyrPropertyIndex::IdOf(const Record* pRecord) {
     return static_cast<int>(static_cast<unsigned>(pRecord->GetKey()) - 1u);
 }
@@ -66,13 +70,15 @@ int KLyrPropertyIndex::IdOf(const KLyrPropertyEntry* pEntry) {
 KLyrPropertyIndex* KLyrPropertyIndex::Create(const KLyrPropertyPage::KEntryMap& pEntries) {
     KLyrPropertyIndex* lIndex = LyrSdkNew<KLyrPropertyIndex>();
     const KLyrPropertyPage::KEntryMap::RecordType* lRecord = lIndex ? pEntries.Minimum() : nullptr;
-    while (lRecord && lIndex->Add(lRecord->GetKey(), lRecord->GetValue()))
+    while (lRecord && lIndex->Add(lRecord->GetKey(), lRecord->GetValue(), nullptr))
         lRecord = lRecord->Successor();
     if (lRecord) {
         lIndex->Forget();
         Destroy(lIndex);
         return nullptr;
     }
+    for (lRecord = lIndex ? pEntries.Minimum() : nullptr; lRecord; lRecord = lRecord->Successor())
+        lIndex->FindFirstChild(lRecord->GetValue());
     return lIndex;
 }
 
@@ -102,29 +108,42 @@ bool KLyrPropertyIndex::MakeRoom() {
     return lLive < lSlots / 2 || ResizeTable(lSlots ? lSlots * 2 : kFirstSlots);
 }
 
-bool KLyrPropertyIndex::Add(int pId, KLyrPropertyEntry* pEntry) {
+bool KLyrPropertyIndex::Add(int pId, KLyrPropertyEntry* pEntry, KLyrPropertyEntry* pParent) {
     if (!MakeRoom())
         return false;
-    const Node lNode{pEntry, pEntry, nullptr, this, 0};
+    const Node lNode{pEntry, pEntry, nullptr, this, 0, -1};
     pEntry->mIndexed = mChildren.Insert(KeyOf(pEntry->GetParentId(), pId), lNode).mFirst;
     PutIn(pEntry);
+    // As unsigned numbers, all ids are below -1.
+    if (pParent && pId > pEntry->GetParentId() &&
+        static_cast<unsigned>(pId) < static_cast<unsigned>(FirstChild(pParent)))
+        NodeOf(pParent).mFirstChild = pId;
     return true;
 }
 
-void KLyrPropertyIndex::Remove(KLyrPropertyEntry* pEntry) {
+void KLyrPropertyIndex::Remove(KLyrPropertyEntry* pEntry, KLyrPropertyEntry* pParent) {
+    if (pParent && FirstChild(pParent) == IdOf(pEntry))
+        NodeOf(pParent).mFirstChild = NextSibling(pEntry);
     TakeOut(pEntry);
     mChildren.Remove(RecordOf(pEntry)->GetKey());
     pEntry->mIndexed = nullptr;
 }
 
+void KLyrPropertyIndex::FindFirstChild(KLyrPropertyEntry* pEntry) {
+    const int lId = IdOf(pEntry);
+    NodeOf(pEntry).mFirstChild = NextChild(lId, lId);
+}
+
 int KLyrPropertyIndex::NextChild(int pParentId, int pAfter) const {
-    const Record* lRecord = mChildren.UpperBound(KeyOf(pParentId, pAfter));
-    return lRecord && lRecord->GetValue().mEntry->GetParentId() == pParentId ? IdOf(lRecord) : -1;
+    const Key lKey = KeyOf(pParentId, pAfter);
+    const Record* lRecord = mChildren.UpperBound(lKey);
+    return lRecord && AreOfOneParent(lRecord->GetKey(), lKey) ? IdOf(lRecord) : -1;
 }
 
 int KLyrPropertyIndex::NextSibling(const KLyrPropertyEntry* pEntry) {
-    const Record* lRecord = RecordOf(pEntry)->Successor();
-    return lRecord && lRecord->GetValue().mEntry->GetParentId() == pEntry->GetParentId() ? IdOf(lRecord) : -1;
+    const Record* lRecord = RecordOf(pEntry);
+    const Record* lNext = lRecord->Successor();
+    return lNext && AreOfOneParent(lNext->GetKey(), lRecord->GetKey()) ? IdOf(lNext) : -1;
 }
 
 // --- namesakes -----------------------------------------------------------------------------------------------------

@@ -10,14 +10,14 @@
 //              3   8
 //
 // It answers for the page's own entries only; the page merges the answers of its chain. Finding the next child is
-// O(log n), finding a name O(1) on average: the hashes are seeded in every process, so that a file cannot know names
-// that hash alike where the system places programs at random. Among m namesakes it is O(log m), and so is putting one
-// of them in or taking it out, wherever its id lies: the trees are kept flat by ranks, random numbers that are made
-// from the ids. Neither search allocates. It costs 80 bytes a property (44 on 32 bit), and two to four pointers in the
-// table.
+// O(log n), of an entry that is here itself the first one O(1), finding a name O(1) on average: the hashes are seeded
+// in every process, so that a file cannot know names that hash alike where the system places programs at random. Among
+// m namesakes it is O(log m), and so is putting one of them in or taking it out, wherever its id lies: the trees are
+// kept flat by ranks, random numbers that are made from the ids. Neither search allocates. It costs 80 bytes a property
+// (48 on 32 bit), and two to four pointers in the table.
 //
-// An entry knows its record here, so that the next sibling is one step away and an entry that is given another
-// description moves to the tree of its new name.
+// An entry knows its record here, so that the first child and the next sibling are one step away and an entry that is
+// given another description moves to the tree of its new name.
 
 #include <cstdint>
 
@@ -36,14 +36,19 @@ public:
     // Lets go of all entries.
     void Forget();
 
-    // False when there is no memory; the index then lacks the entry and must go.
-    bool Add(int pId, KLyrPropertyEntry* pEntry);
-    void Remove(KLyrPropertyEntry* pEntry);
+    // pParent is the page's entry of the parent, or null. False when there is no memory; the index then lacks the entry
+    // and must go.
+    bool Add(int pId, KLyrPropertyEntry* pEntry, KLyrPropertyEntry* pParent);
+    void Remove(KLyrPropertyEntry* pEntry, KLyrPropertyEntry* pParent);
+    // For an entry whose children may have been here before it.
+    void FindFirstChild(KLyrPropertyEntry* pEntry);
 
     // Around a change of an entry's description.
     static void TakeOutName(KLyrPropertyEntry* pEntry);
     static void PutInName(KLyrPropertyEntry* pEntry);
 
+    // The smallest id above that of pEntry among its children, or -1.
+    static int FirstChild(const KLyrPropertyEntry* pEntry) { return NodeOf(pEntry).mFirstChild; }
     // The smallest id above pAfter of a child of pParentId, or -1.
     int NextChild(int pParentId, int pAfter) const;
     // The same for the parent and the id of an entry that is here.
@@ -76,6 +81,7 @@ private:
         KLyrPropertyEntry* mBehind;
         KLyrPropertyIndex* mIndex;
         unsigned mHash;
+        int mFirstChild;
     };
     // The parent id above the id, both so that an unsigned comparison orders them.
     using Key = std::uint64_t;
@@ -86,6 +92,7 @@ private:
     ~KLyrPropertyIndex() { LyrSdkFree(mTable); }
 
     static Key KeyOf(int pParentId, int pId);
+    static bool AreOfOneParent(Key pLeft, Key pRight);
     static int IdOf(const Record* pRecord);
     static Record* RecordOf(const KLyrPropertyEntry* pEntry);
     static Node& NodeOf(const KLyrPropertyEntry* pEntry) { return RecordOf(pEntry)->GetValue(); }

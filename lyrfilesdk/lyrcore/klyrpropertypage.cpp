@@ -354,6 +354,8 @@ KLyrPropertyEntry* KLyrPropertyPage::InsertOwnEntry(int pId, int pParentId) {
     }
     if (lEntry) {
         PutIntoTable(pId, lEntry);
+        if (GetIndex())
+            GetIndex()->FindFirstChild(lEntry);
         if (mIdGenerator->mWalk && !Inherits(pId))
             mIdGenerator->mWalk->Forget();
     }
@@ -369,9 +371,9 @@ bool KLyrPropertyPage::RemoveOwnEntry(int pId) {
     KLyrPropertyEntry* lEntry = FindOwnEntry(pId);
     if (!lEntry)
         return false;
-    TakeFromTable(pId, lEntry);
     if (mIdGenerator->mWalk && !Inherits(pId))
         mIdGenerator->mWalk->PropertyRemoved(pId);
+    TakeFromTable(pId, lEntry);
     RemoveRecord(pId);
     if (mEntries.GetSize() < kFewestInTable)
         RenewIdBits();
@@ -398,7 +400,7 @@ void KLyrPropertyPage::PutIntoTable(int pId, KLyrPropertyEntry* pEntry) {
     if (!GetIndex()) {
         if (mTable && lDoubled)
             mTable->mIndex = KLyrPropertyIndex::Create(mEntries);
-    } else if (!mTable->mIndex->Add(pId, pEntry)) {
+    } else if (!mTable->mIndex->Add(pId, pEntry, FindOwnEntry(pEntry->GetParentId()))) {
         DropIndex();
     }
 }
@@ -419,7 +421,7 @@ void KLyrPropertyPage::TakeFromTable(int pId, KLyrPropertyEntry* pEntry) {
     if (mTable->HasSlot(pId))
         mTable->At(pId) = nullptr;
     if (mTable->mIndex)
-        mTable->mIndex->Remove(pEntry);
+        mTable->mIndex->Remove(pEntry, FindOwnEntry(pEntry->GetParentId()));
     if (mEntries.GetSize() > kFewestInTable)
         return;
     if (mTable->mIndex)

@@ -381,7 +381,6 @@ private:
     void SetInstanceIndex(int pIndex) { mInstanceIndex = static_cast<unsigned>(pIndex) & 0x7FFFFFFFu; }
     KLyrPropertyIndex* GetIndex() const { return mTable ? mTable->mIndex : nullptr; }
     int NextOwnChild(int pParentId, int pAfter) const;
-    int NextChild(int pParentId, int pAfter) const;
     void EnlargeWalk();
     bool Inherits(int pId) const;
     EAscent Ascend(int pId, int pAncestorId) const;

@@ -89,15 +89,14 @@ int Smaller(int pLeft, int pRight) {
 }  // namespace
 
 // All entries of a family that have one id have one parent, so that it does not matter which of them is seen.
-int KLyrPropertyPage::NextChild(int pParentId, int pAfter) const {
-    int lId = -1;
-    for (const KLyrPropertyPage* lPage = this; lPage; lPage = lPage->mInstanceOf)
-        lId = Smaller(lId, lPage->NextOwnChild(pParentId, pAfter));
-    return lId;
-}
-
 int KLyrPropertyPage::GetChild(int pParentId) const {
-    return pParentId == -1 ? -1 : NextChild(pParentId, pParentId);
+    int lId = -1;
+    for (const KLyrPropertyPage* lPage = this; lPage && pParentId != -1; lPage = lPage->mInstanceOf) {
+        const KLyrPropertyEntry* lParent = lPage->GetIndex() ? lPage->FindOwnEntry(pParentId) : nullptr;
+        lId =
+            Smaller(lId, lParent ? KLyrPropertyIndex::FirstChild(lParent) : lPage->NextOwnChild(pParentId, pParentId));
+    }
+    return lId;
 }
 
 int KLyrPropertyPage::GetSibling(int pId) const {

@@ -315,6 +315,23 @@ TEST_F(PropertyIndex, WalksOnlyThePageThatIsAsked) {
     }
 }
 
+// The last entry's id is so far from the others that the page's table has no slot for it.
+TEST_F(PropertyIndex, LosesAPropertyFarFromTheOthersThatWasWalkedOver) {
+    OwnedRoot lRoot(KLyrPropertyHandle::Create("root", eUNIDENTIFIED));
+    OwnedRoot lInstance(KLyrPropertyHandle::Create(*lRoot));
+    const KLyrPropertyHandle lFirst = AddChild(*lInstance, "first", eINTEGER1);
+    for (int i = 1; i < 40; ++i)
+        AddChild(*lInstance, "near", eINTEGER1);
+    for (int i = 0; i < 3000; ++i)
+        AddChild(*lRoot, "other", eINTEGER1);
+    const KLyrPropertyHandle lFar = AddChild(lFirst, "far", eINTEGER1);
+    Page* lPage = lInstance->GetPage();
+    ASSERT_EQ(std::vector<int>{lFar.GetId()}, Descendents(lPage, lFirst.GetId()));
+    EXPECT_TRUE(lPage->RemoveOwnEntry(lFar.GetId()));
+    EXPECT_EQ(std::vector<int>{}, Descendents(lPage, lFirst.GetId()));
+    EXPECT_EQ(-1, lPage->GetChild(lFirst.GetId()));
+}
+
 // Descriptions of one name come to the instance in any order; the smallest id is found at every time.
 TEST_F(PropertyIndex, FindsTheFirstOfManyNamesakesInWhateverOrderTheyCome) {
     OwnedRoot lRoot(KLyrPropertyHandle::Create("root", eUNIDENTIFIED));
@@ -355,6 +372,30 @@ TEST_F(PropertyIndex, KnowsItsEntriesAfterTheyMoved) {
         ASSERT_EQ(FindByScan(lPage, 0, lName, nullptr, true), lPage->FastFind(0, lName, nullptr, true));
         ASSERT_EQ(FindByScan(lPage, 0, lName, nullptr, false), lPage->FastFind(0, lName, nullptr, false));
         ASSERT_EQ(SiblingByScan(lPage, lFirst + 5), lPage->GetSibling(lFirst + 5));
+    }
+}
+
+// Children come and go in any order, on a page that holds their parent and on one that took it over later.
+TEST_F(PropertyIndex, KnowsTheFirstChildWhoeverCameFirst) {
+    OwnedRoot lRoot(KLyrPropertyHandle::Create("root", eUNIDENTIFIED));
+    std::vector<int> lIds;
+    for (int i = 0; i < 100; ++i)
+        lIds.push_back(AddChild(*lRoot, "child", eINTEGER1).GetId());
+    for (int i = 0; i < 300; ++i)
+        lIds.push_back(lRoot->GetPage()->Add(lIds[static_cast<std::size_t>(i) % 100], "grandchild", eINTEGER1));
+    OwnedRoot lInstance(KLyrPropertyHandle::Create(*lRoot));
+    std::mt19937 lRandom(3);
+    for (int i = 0; i < 4000; ++i) {
+        Page* lPage = lRandom() % 4 == 0 ? lRoot->GetPage() : lInstance->GetPage();
+        const int lId = lIds[lRandom() % lIds.size()];
+        if (lRandom() % 2 == 0)
+            lInstance->GetPage()->ChangePropertyEntryState(lId, eLyrOverride);
+        else
+            lPage->RemoveOwnEntry(lId);
+        const int lParent = lIds[lRandom() % 100];
+        for (const Page* lEither : {lRoot->GetPage(), lInstance->GetPage()})
+            for (const int lOf : {0, lId, lParent})
+                ASSERT_EQ(ChildByScan(lEither, lOf), lEither->GetChild(lOf)) << i << " " << lOf;
     }
 }
 
