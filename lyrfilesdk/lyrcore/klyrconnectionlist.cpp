@@ -16,19 +16,27 @@ KLyrConnectionPoint::KConnectionList::~KConnectionList() {
 }
 
 KLyrConnectionPoint* KLyrConnectionPoint::KConnectionList::GetSrc(int pIndex) const {
-    return pIndex < 0 || pIndex >= mSrcCount ? nullptr : mConnectionConnect.GetAt(SlotAt(pIndex));
+    return pIndex < 0 || pIndex >= mSrcCount ? nullptr : PeerAt(pIndex);
 }
 
 KLyrConnectionPoint* KLyrConnectionPoint::KConnectionList::GetDst(int pIndex) const {
-    return pIndex < 0 || pIndex >= mDstCount ? nullptr : mConnectionConnect.GetAt(SlotAt(mSrcCount + pIndex));
+    return pIndex < 0 || pIndex >= mDstCount ? nullptr : PeerAt(mSrcCount + pIndex);
 }
 
 kLyrConnectionType KLyrConnectionPoint::KConnectionList::GetSrcType(int pIndex) const {
-    return pIndex < 0 || pIndex >= mSrcCount ? eLyrConnectionNone : mConnectionType.GetAt(SlotAt(pIndex));
+    return pIndex < 0 || pIndex >= mSrcCount ? eLyrConnectionNone : TypeAt(pIndex);
 }
 
 kLyrConnectionType KLyrConnectionPoint::KConnectionList::GetDstType(int pIndex) const {
-    return pIndex < 0 || pIndex >= mDstCount ? eLyrConnectionNone : mConnectionType.GetAt(SlotAt(mSrcCount + pIndex));
+    return pIndex < 0 || pIndex >= mDstCount ? eLyrConnectionNone : TypeAt(mSrcCount + pIndex);
+}
+
+KLyrConnectionPoint* KLyrConnectionPoint::KConnectionList::PeerAt(int pPosition) const {
+    return mOnly ? mOnly : mConnectionConnect.GetAt(SlotAt(pPosition));
+}
+
+kLyrConnectionType KLyrConnectionPoint::KConnectionList::TypeAt(int pPosition) const {
+    return mOnly ? mOnlyType : mConnectionType.GetAt(SlotAt(pPosition));
 }
 
 int KLyrConnectionPoint::KConnectionList::SlotAt(int pPosition) const {
@@ -36,6 +44,8 @@ int KLyrConnectionPoint::KConnectionList::SlotAt(int pPosition) const {
 }
 
 int KLyrConnectionPoint::KConnectionList::FindSlot(const KLyrConnectionPoint* pPeer, bool pSrc) const {
+    if (mOnly)
+        return mOnly == pPeer && (mSrcCount > 0) == pSrc ? 0 : -1;
     if (mIndex)
         return mIndex->FindSlot(*this, pPeer, pSrc);
     const KLyrConnectionPoint* const* lPoints = mConnectionConnect.GetArray();
@@ -60,6 +70,15 @@ bool KLyrConnectionPoint::KConnectionList::InsertSlot(int pSlot, KLyrConnectionP
 bool KLyrConnectionPoint::KConnectionList::Add(KLyrConnectionPoint* pPeer, kLyrConnectionType pType, bool pSrc) {
     if (GetCount() == INT_MAX)
         return false;  // LCOV_EXCL_LINE: takes more connections than memory holds
+    if (GetCount() == 0) {
+        mOnly = pPeer;
+        mOnlyType = pType;
+        ++(pSrc ? mSrcCount : mDstCount);
+        return true;
+    }
+    if (mOnly && !InsertSlot(0, mOnly, mOnlyType))
+        return false;
+    mOnly = nullptr;
     if (!mIndex && GetCount() >= kPlainLimit)
         mIndex = KLyrConnectionIndex::Create(*this);
     if (mIndex && !mIndex->Add(*this, pPeer, pType, pSrc))
@@ -75,8 +94,12 @@ bool KLyrConnectionPoint::KConnectionList::Remove(const KLyrConnectionPoint* pPe
         const int lSlot = FindSlot(pPeer, pSrc);
         if (lSlot < 0)
             return false;
-        mConnectionConnect.RemoveAt(lSlot);
-        mConnectionType.RemoveAt(lSlot);
+        if (mOnly) {
+            mOnly = nullptr;
+        } else {
+            mConnectionConnect.RemoveAt(lSlot);
+            mConnectionType.RemoveAt(lSlot);
+        }
         --(pSrc ? mSrcCount : mDstCount);
         return true;
     }
@@ -95,6 +118,7 @@ void KLyrConnectionPoint::KConnectionList::Clear() {
     mConnectionType.Clear();
     mSrcCount = 0;
     mDstCount = 0;
+    mOnly = nullptr;
 }
 
 void KLyrConnectionPoint::KConnectionList::DropIndex() {

@@ -9,12 +9,14 @@
 //
 //   KLyrConnectionPoint
 //     mData              the owner's data, never looked at
-//     mList              KConnectionList: points  [ s0 s1 .. | d0 d1 .. ]   sources, then destinations
+//     mList              KConnectionList: a single connection in place, or
+//                                         points  [ s0 s1 .. | d0 d1 .. ]   sources, then destinations
 //                                         types   [ t  t  .. | t  t  .. ]   parallel to the points
 //     mSubConnections    one sub-point per filter: the connections that the filter selects, in the same order
 //
-// Cost: a list of up to kPlainLimit connections is just the two arrays. A longer one gets an index beside them, and
-// then connecting, disconnecting, testing and reading by position cost O(log n) at most. Counts are constant.
+// Cost: the first connection of a point takes no memory. A list of up to kPlainLimit connections is just the two
+// arrays. A longer one gets an index beside them, and then connecting, disconnecting, testing and reading by position
+// cost O(log n) at most. Counts are constant.
 
 #include "lyrfilesdk/components/kbaselib/klib/kapi.h"
 #include "lyrfilesdk/components/kbaselib/klib/karrayul.h"
@@ -99,6 +101,8 @@ public:
 
         int GetCount() const { return mSrcCount + mDstCount; }
         int SlotAt(int pPosition) const;
+        KLyrConnectionPoint* PeerAt(int pPosition) const;
+        kLyrConnectionType TypeAt(int pPosition) const;
         int FindSlot(const KLyrConnectionPoint* pPeer, bool pSrc) const;
         bool Has(const KLyrConnectionPoint* pPeer, bool pSrc) const { return FindSlot(pPeer, pSrc) >= 0; }
         bool Add(KLyrConnectionPoint* pPeer, kLyrConnectionType pType, bool pSrc);
@@ -114,6 +118,11 @@ public:
 
         // Only beside a long list. While it exists the arrays may hold free slots (null points) in both regions.
         KLyrConnectionIndex* mIndex = nullptr;
+
+        // The first connection that an empty list takes, which most points have no other beside. Null when there is
+        // none or when the arrays hold all there are, which they go on doing until the list is empty.
+        KLyrConnectionPoint* mOnly = nullptr;
+        kLyrConnectionType mOnlyType = eLyrConnectionNone;
     };
 
     // A point without connections. pData comes back from GetData and is not owned.

@@ -104,6 +104,7 @@ KLyrPropertyConnect* sgMainConnect;
 const KLyrConnectionPoint* sgPowerPoint;
 KLyrConnectionPoint sgLonePoint(nullptr);
 KLyrConnectionPoint sgOtherPoint(nullptr);
+KLyrConnectionPoint sgThinnedPoint(nullptr);
 
 // More destinations than a list holds without an index; every other one goes again, so that places are free.
 void MakeConnections() {
@@ -125,6 +126,10 @@ void MakeConnections() {
     sgMainConnect = ItemOf<KLyrPropertyConnect>(sgMain);
     sgPowerPoint = &sgPowerConnect->GetConnectionPoint();
     sgLonePoint.ConnectSrc(&sgOtherPoint, static_cast<kLyrConnectionType>(eLyrConnectionUnidirectional | 0x1000));
+    // A list that holds one connection again.
+    KLyrConnectionPoint lPoint(nullptr);
+    lPoint.ConnectSrc(&sgThinnedPoint, eLyrConnectionUser);
+    sgOtherPoint.ConnectSrc(&sgThinnedPoint, eLyrConnectionData);
 }
 
 // --- what is unusual -----------------------------------------------------------------------------------------------

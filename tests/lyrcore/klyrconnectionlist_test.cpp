@@ -30,6 +30,76 @@ std::vector<int> Shuffled(int pCount, unsigned pSeed) {
     return lNumbers;
 }
 
+TEST(KConnectionList, TheFirstConnectionOfAPointTakesNoMemory) {
+    for (const bool lSource : {true, false}) {
+        ConnectionModel lModel(3);
+        lModel.AddFilter(eLyrConnectionUser);
+        const std::size_t lBefore = MemoryProbe::Allocations();
+        const FailAllocations lFail(0, true);
+        ASSERT_TRUE(lSource ? lModel.Connect(0, 1, eLyrConnectionUser) : lModel.Connect(1, 0, eLyrConnectionUser));
+        EXPECT_EQ(MemoryProbe::Allocations(), lBefore);
+        EXPECT_FALSE(lModel.Point(lSource ? 0 : 1).ConnectSrc(&lModel.Point(2), eLyrConnectionUser));
+    }
+}
+
+TEST(KConnectionList, TheOnlyConnectionOfAPointIsKnownOnItsSideAlone) {
+    const LeakCheck lLeaks;
+    ConnectionModel lModel(3);
+    lModel.AddFilter(eLyrConnectionSystem);
+    for (int lRound = 0; lRound < 2; ++lRound) {
+        ASSERT_TRUE(lModel.Connect(0, 1, eLyrConnectionSystem));
+        ASSERT_TRUE(lModel.AllAgree());
+        ASSERT_FALSE(lModel.Connect(0, 1, eLyrConnectionUser));
+        ASSERT_FALSE(lModel.Disconnect(1, 0));
+        ASSERT_FALSE(lModel.Disconnect(0, 2));
+        ASSERT_FALSE(lModel.Disconnect(2, 0));
+        ASSERT_TRUE(lModel.AllAgree());
+        ASSERT_TRUE(lModel.Disconnect(0, 1));
+        ASSERT_TRUE(lModel.AllAgree());
+    }
+    ASSERT_TRUE(lModel.Connect(1, 0, eLyrConnectionUser));
+    ASSERT_TRUE(lModel.Connect(0, 1, eLyrConnectionSystem));
+    ASSERT_TRUE(lModel.AllAgree());
+    ASSERT_TRUE(lModel.Disconnect(1, 0));
+    EXPECT_TRUE(lModel.AllAgree());
+}
+
+// Up and down between none and three, through every mixture of sides.
+TEST(KConnectionList, GoesAnyWayBetweenNoConnectionAndAFew) {
+    const LeakCheck lLeaks;
+    ConnectionModel lModel(4);
+    lModel.AddFilter(eLyrConnectionUser);
+    std::mt19937 lRandom(3);
+    for (int i = 0; i < 3000; ++i) {
+        const int lPeer = 1 + static_cast<int>(lRandom() % 3);
+        const bool lSource = lRandom() % 2 == 0;
+        const int lDst = lSource ? 0 : lPeer;
+        const int lSrc = lSource ? lPeer : 0;
+        if (lModel.Point(lDst).IsConnectedSrc(&lModel.Point(lSrc)))
+            ASSERT_TRUE(lModel.Disconnect(lDst, lSrc));
+        else if (lModel.Point(0).GetSrcCount() + lModel.Point(0).GetDstCount() < 3)
+            ASSERT_TRUE(lModel.Connect(lDst, lSrc, TypeOf(i)));
+        else
+            lModel.Wipe(0);
+        ASSERT_TRUE(lModel.AllAgree()) << "operation " << i;
+    }
+}
+
+TEST(KConnectionList, AsksForNoMemoryWhileItGoesBetweenNoneAndAFew) {
+    ConnectionModel lModel(4);
+    for (int i = 1; i <= 3; ++i)
+        ASSERT_TRUE(lModel.Connect(0, i, eLyrConnectionUser));
+    const std::size_t lBefore = MemoryProbe::Allocations();
+    for (int lRound = 0; lRound < 10; ++lRound) {
+        for (int i = 1; i <= 3; ++i)
+            ASSERT_TRUE(lModel.Point(0).DisconnectSrc(&lModel.Point(i)));
+        for (int i = 1; i <= 3; ++i)
+            ASSERT_TRUE(lModel.Point(0).ConnectSrc(&lModel.Point(i), eLyrConnectionUser));
+    }
+    EXPECT_EQ(MemoryProbe::Allocations(), lBefore);
+    EXPECT_TRUE(lModel.AllAgree());
+}
+
 // Every step that crosses a size at which a list changes its inner form is compared in full.
 TEST(KConnectionList, GrowsAndShrinksThroughEverySizeWithSourcesOnly) {
     const LeakCheck lLeaks;
@@ -308,7 +378,7 @@ TEST(KConnectionList, GivesItsMemoryBackWhenItIsEmptiedByWiping) {
 
 // One connection more at each size, with each request refused: the list is as it was or one longer.
 TEST(KConnectionList, AConnectionThatFindsNoMemoryChangesNothingAtAnySize) {
-    for (const int lSize : {3, 4, 8, 15, 16, 31, 32, 33, 63, 64, 96, 127, 128, 255}) {
+    for (const int lSize : {1, 2, 3, 4, 8, 15, 16, 31, 32, 33, 63, 64, 96, 127, 128, 255}) {
         for (const bool lSource : {true, false}) {
             SCOPED_TRACE(testing::Message() << lSize << " connections, one " << (lSource ? "source" : "destination"));
             for (const bool lForever : {false, true}) {
@@ -316,8 +386,10 @@ TEST(KConnectionList, AConnectionThatFindsNoMemoryChangesNothingAtAnySize) {
                 for (std::size_t k = 0; lFailed > 0; ++k) {
                     const LeakCheck lLeaks;
                     ConnectionModel lModel(lSize + 2);
+                    lModel.AddFilter(eLyrConnectionUser);
                     for (int i = 1; i <= lSize; ++i)
                         ASSERT_TRUE(i % 2 ? lModel.Connect(0, i, TypeOf(i)) : lModel.Connect(i, 0, TypeOf(i)));
+                    ASSERT_TRUE(lModel.Agrees(0));
                     lFailed = lSource ? lModel.TryConnect(0, lSize + 1, eLyrConnectionUser, k, lForever)
                                       : lModel.TryConnect(lSize + 1, 0, eLyrConnectionUser, k, lForever);
                     ASSERT_TRUE(lModel.AllAgree()) << "request " << k;

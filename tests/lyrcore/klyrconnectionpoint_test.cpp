@@ -216,11 +216,14 @@ TEST_F(KLyrConnectionPointTest, APointThatGoesLeavesNoPeerPointingAtItInEitherWi
     }
 }
 
-// Every way to take a request back must leave both ends in step.
+// Every way to take a request back must leave both ends in step. Each has a connection already, because the first one
+// of a point takes no memory.
 TEST(KLyrConnectionPoint, AConnectionThatFindsNoMemoryIsMadeAtNeitherEnd) {
     WithEveryAllocationFailing([](const FailurePoint& pPoint) {
         KLyrConnectionPoint lA(nullptr);
         KLyrConnectionPoint lB(nullptr);
+        KLyrConnectionPoint lOther(nullptr);
+        EXPECT_TRUE(lA.ConnectSrc(&lOther, eLyrConnectionSystem) && lOther.ConnectSrc(&lB, eLyrConnectionSystem));
         bool lDone = false;
         std::size_t lFailed = 0;
         {
@@ -229,12 +232,14 @@ TEST(KLyrConnectionPoint, AConnectionThatFindsNoMemoryIsMadeAtNeitherEnd) {
             lFailed = lFail.Failed();
         }
         EXPECT_EQ(lDone, lFailed == 0);
-        EXPECT_EQ(lA.GetSrcCount(), lDone ? 1 : 0);
-        EXPECT_EQ(lB.GetDstCount(), lDone ? 1 : 0);
+        EXPECT_EQ(lA.GetSrcCount(), lDone ? 2 : 1);
+        EXPECT_EQ(lB.GetDstCount(), lDone ? 2 : 1);
         EXPECT_EQ(lA.IsConnectedSrc(&lB), lDone);
         EXPECT_EQ(lA.ConnectSrc(&lB, eLyrConnectionUser), !lDone);
-        EXPECT_EQ(lA.GetSrc(0), &lB);
-        EXPECT_EQ(lB.GetDst(0), &lA);
+        EXPECT_EQ(lA.GetSrc(0), &lOther);
+        EXPECT_EQ(lA.GetSrc(1), &lB);
+        EXPECT_EQ(lB.GetDst(0), &lOther);
+        EXPECT_EQ(lB.GetDst(1), &lA);
         return lFailed;
     });
 }

@@ -15,7 +15,8 @@ namespace lyrsdk {
 namespace {
 
 // A crowded point in the middle of many others: kSources sources and kDestinations destinations of every type. Peers
-// are shown by their number.
+// are shown by their number. The peers up to kNew that come next have a source of their own, so that one connection
+// more takes memory at their end too.
 template <int kSources, int kDestinations>
 struct PointStage {
     static constexpr int kPeers = 240;
@@ -23,13 +24,14 @@ struct PointStage {
     static constexpr bool kHasDestinations = kDestinations > 0;
 
     std::vector<std::unique_ptr<KLyrConnectionPoint>> mPeers;
-    int mNumbers[kPeers + 1];
+    int mNumbers[kPeers + 2];
     mutable TypeFilter mUser{eLyrConnectionUser};
     mutable TypeFilter mReference{eLyrConnectionReference};
+    KLyrConnectionPoint mOther{mNumbers + kPeers + 1};
     std::unique_ptr<KLyrConnectionPoint> mPoint;
 
     PointStage() {
-        for (int i = 0; i <= kPeers; ++i)
+        for (int i = 0; i <= kPeers + 1; ++i)
             mNumbers[i] = i;
         for (int i = 0; i < kPeers; ++i)
             mPeers.push_back(std::make_unique<KLyrConnectionPoint>(mNumbers + i));
@@ -38,6 +40,8 @@ struct PointStage {
             mPoint->ConnectSrc(Peer(i), TypeOf(i));
         for (int i = 0; i < kDestinations; ++i)
             Peer(kPeers - 1 - i)->ConnectSrc(mPoint.get(), TypeOf(i));
+        for (int i = kNew - 10; i <= kNew; ++i)
+            Peer(i)->ConnectSrc(&mOther, TypeOf(i));
     }
     static kLyrConnectionType TypeOf(int pIndex) { return static_cast<kLyrConnectionType>(pIndex % 8); }
     KLyrConnectionPoint* Peer(int pIndex) const { return mPeers[static_cast<std::size_t>(pIndex)].get(); }
@@ -152,8 +156,9 @@ using Stages = testing::Types<Few, ShortOfAnIndex, Many, Sources, GapsOnBothSide
 struct StageNames {
     template <typename Stage>
     static std::string GetName(int pIndex) {
-        static const char* const sNames[] = {"WithFewConnections", "ShortOfAnIndex", "WithAnIndex",
-                                             "WithManySources",    "WithGaps",       "WithGapsAmongSources"};
+        static const char* const sNames[] = {"WithOneSource",  "WithOneDestination",  "WithFewConnections",
+                                             "ShortOfAnIndex", "WithAnIndex",         "WithManySources",
+                                             "WithGaps",       "WithGapsAmongSources"};
         return sNames[pIndex];
     }
 };

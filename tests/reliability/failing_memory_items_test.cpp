@@ -176,7 +176,12 @@ const Operation<S> kOperations[] = {
     {"ClonesAConnectionItem", [](S& p) { return p.Make(p.mPeer->Clone(p.mType.get())); }, "null"},
     {"ConnectsConnectionItems",
      [](S& p) { return Answer(p.mMadeConnect->ConnectSrc(p.mPeer.Get(), eLyrConnectionData)); }, "false",
-     Refused::eChangesNothing, [](S& p) { p.Make(Connect::Create(nullptr, 3)); }},
+     Refused::eChangesNothing,
+     // The first connection of an item takes no memory.
+     [](S& p) {
+         p.Make(Connect::Create(nullptr, 3));
+         p.mMadeConnect->ConnectSrc(p.mConnect.Get(), eLyrConnectionData);
+     }},
     {"CountsSourcesThroughAFilter", [](S& p) { return Answer(p.mConnect->GetSrcCount(&p.mFilter)); }, "0"},
     {"CountsDestinationsThroughAFilter", [](S& p) { return Answer(p.mConnect->GetDstCount(&p.mFilter)); }, "0"},
     {"GivesASourceThroughAFilter", [](S& p) { return Answer(p.mConnect->GetSrc(&p.mFilter, 0)); }, "null"},

@@ -1,5 +1,7 @@
 """Pages, their entries and items, connections and handles: what is seen, through the chain of pages."""
 
+import itertools
+
 import gdb
 
 from .memory import (
@@ -285,7 +287,8 @@ def entry_children(entry):
 def connections(points):
     """(number of sources, number of destinations, connections) of a KConnectionList.
 
-    The arrays of a long list have free places in them, null points; sources come before destinations all the same.
+    A single connection may stand in the list itself, beside empty arrays. The arrays of a long list have free places in
+    them, null points; sources come before destinations all the same.
     """
     sources, destinations = int(points["mSrcCount"]), int(points["mDstCount"])
     peers, types = points["mConnectionConnect"], points["mConnectionType"]
@@ -293,18 +296,21 @@ def connections(points):
     code_type = type_of(CONNECTION_TYPE)
     peer_at, count = array_elements(peers, point_type)
     type_at, type_count = array_elements(types, code_type)
-    if sources < 0 or destinations < 0 or sources + destinations > count or count != type_count:
+    single = 1 if int(points["mOnly"]) else 0
+    if sources < 0 or destinations < 0 or sources + destinations > count + single or count != type_count:
         raise Invalid(f"{sources} sources and {destinations} destinations in lists of {count} and {type_count}")
 
-    def walk():
-        number = 0
+    def places():
+        if single:
+            yield points["mOnly"], points["mOnlyType"]
         for index in range(count):
-            peer = at(peer_at + index * point_type.sizeof, point_type)
-            if int(peer) and number < sources + destinations:
-                code = int(at(type_at + index * code_type.sizeof, code_type))
-                side = f"source {number}" if number < sources else f"destination {number - sources}"
-                yield f"{side} ({bits(CONNECTION_TYPE, code)})", peer
-                number += 1
+            yield at(peer_at + index * point_type.sizeof, point_type), at(type_at + index * code_type.sizeof, code_type)
+
+    def walk():
+        taken = (place for place in places() if int(place[0]))
+        for number, (peer, code) in enumerate(itertools.islice(taken, sources + destinations)):
+            side = f"source {number}" if number < sources else f"destination {number - sources}"
+            yield f"{side} ({bits(CONNECTION_TYPE, int(code))})", peer
 
     return sources, destinations, walk
 
