@@ -397,7 +397,7 @@ private:
     int FindHeld(const NameToFind& pSought, int pAbove) const;
     int FindOwn(const NameToFind& pSought, int pAbove, int pBelow) const;
     KLyrPropertyConnect* OwnConnect(int pId) const;
-    KLyrPropertyConnect* MakeOwnConnect(int pId);
+    KLyrPropertyConnect* MakeOwnConnect(int pId, KLyrPropertyEntry* pOwn);
     void UndoOwnConnect(int pId, bool pHadEntry, bool pHadConnect);
 
     KEntryMap mEntries;
@@ -411,8 +411,6 @@ private:
     KLyrPropertyInfo* mTypedInfos = nullptr;
     // The connection items that were made for this page, linked.
     KLyrPropertyConnect* mConnects = nullptr;
-    // While this page is being copied into another one: which copying that is.
-    const ExpansionLevel* mExpansion = nullptr;
     // Made for a page with many entries, and for the time being only.
     EntryTable* mTable = nullptr;
     // Where this page was put into its instance-of page's instances; a guess that is checked.
@@ -422,6 +420,8 @@ private:
     // A bit for every 32nd id: off when no entry has one of those, so that most of what an instance inherits is not
     // looked for among the few that it has.
     unsigned mIdBits = 0;
+    // While this page is being copied into another one: which copying that is.
+    const ExpansionLevel* mExpansion = nullptr;
 };
 
 template <typename T>

@@ -10,14 +10,13 @@ KLyrPropertyConnect* KLyrPropertyPage::OwnConnect(int pId) const {
     return lEntry ? lEntry->Get(static_cast<const KLyrPropertyConnect*>(nullptr)) : nullptr;
 }
 
-KLyrPropertyConnect* KLyrPropertyPage::MakeOwnConnect(int pId) {
-    const KLyrPropertyConnect* lTag = nullptr;
-    KLyrPropertyEntry* lEntry = ChangePropertyEntryState(pId, eLyrOverride);
-    if (!lEntry)
-        return nullptr;
-    if (!lEntry->Get(lTag))
-        lEntry->Set(KLyrPropertyConnect::Create(this, pId));
-    return lEntry->Get(lTag);
+// For a property that has no connection item of its own; pOwn is its own entry, or null.
+KLyrPropertyConnect* KLyrPropertyPage::MakeOwnConnect(int pId, KLyrPropertyEntry* pOwn) {
+    KLyrPropertyEntry* lEntry = pOwn ? pOwn : ChangePropertyEntryState(pId, eLyrOverride);
+    KLyrPropertyConnect* lConnect = lEntry ? KLyrPropertyConnect::Create(this, pId) : nullptr;
+    if (lConnect)
+        lEntry->Set(lConnect);
+    return lConnect;
 }
 
 // Takes back what making the own connection item of pId made.
@@ -40,8 +39,8 @@ bool KLyrPropertyPage::ConnectSrc(int pDstId, KLyrPropertyPage* pSrcPage, int pS
     const KLyrPropertyConnect* lTag = nullptr;
     KLyrPropertyConnect* lHadDst = lDstEntry ? lDstEntry->Get(lTag) : nullptr;
     KLyrPropertyConnect* lHadSrc = lSrcEntry ? lSrcEntry->Get(lTag) : nullptr;
-    KLyrPropertyConnect* lDst = lHadDst ? lHadDst : MakeOwnConnect(pDstId);
-    KLyrPropertyConnect* lSrc = lHadSrc || !lDst ? lHadSrc : pSrcPage->MakeOwnConnect(pSrcId);
+    KLyrPropertyConnect* lDst = lHadDst ? lHadDst : MakeOwnConnect(pDstId, lDstEntry);
+    KLyrPropertyConnect* lSrc = lHadSrc || !lDst ? lHadSrc : pSrcPage->MakeOwnConnect(pSrcId, lSrcEntry);
     if (lDst && lSrc && lDst->ConnectSrc(lSrc, pType))
         return true;
     UndoOwnConnect(pDstId, lDstEntry != nullptr, lHadDst != nullptr);
