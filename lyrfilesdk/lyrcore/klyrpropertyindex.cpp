@@ -69,15 +69,19 @@ int KLyrPropertyIndex::IdOf(const KLyrPropertyEntry* pEntry) {
 
 KLyrPropertyIndex* KLyrPropertyIndex::Create(const KLyrPropertyPage::KEntryMap& pEntries) {
     KLyrPropertyIndex* lIndex = LyrSdkNew<KLyrPropertyIndex>();
-    const KLyrPropertyPage::KEntryMap::RecordType* lRecord = lIndex ? pEntries.Minimum() : nullptr;
-    while (lRecord && lIndex->Add(lRecord->GetKey(), lRecord->GetValue(), nullptr))
-        lRecord = lRecord->Successor();
-    if (lRecord) {
-        lIndex->Forget();
+    if (!lIndex)
+        return nullptr;
+    const unsigned lCount = static_cast<unsigned>(pEntries.GetSize());
+    unsigned lSlots = kFirstSlots;
+    while (lSlots / 2 <= lCount && lSlots != 0)
+        lSlots *= 2;
+    if (!lIndex->mChildren.Reserve(lCount + lCount / 2 + kRecords) || !lIndex->ResizeTable(lSlots)) {
         Destroy(lIndex);
         return nullptr;
     }
-    for (lRecord = lIndex ? pEntries.Minimum() : nullptr; lRecord; lRecord = lRecord->Successor())
+    for (const auto* lRecord = pEntries.Minimum(); lRecord; lRecord = lRecord->Successor())
+        lIndex->Add(lRecord->GetKey(), lRecord->GetValue(), nullptr);
+    for (const auto* lRecord = pEntries.Minimum(); lRecord; lRecord = lRecord->Successor())
         lIndex->FindFirstChild(lRecord->GetValue());
     return lIndex;
 }
@@ -94,22 +98,20 @@ void KLyrPropertyIndex::Forget() {
 // The map's allocator takes nothing back; see the page's own map.
 bool KLyrPropertyIndex::MakeRoom() {
     const unsigned lLive = static_cast<unsigned>(mChildren.GetSize());
-    if (!mChildren.HasRoom()) {
-        const bool lMostlyDead = mChildren.GetReservedCount() > std::size_t(2) * lLive + kRecords;
-        if (!lMostlyDead || !mChildren.Compact(lLive + kRecords)) {
-            if (!mChildren.Reserve(kRecords + lLive / 2))
-                return false;
-        } else {
-            for (Record* lRecord = mChildren.Minimum(); lRecord; lRecord = lRecord->Successor())
-                lRecord->GetValue().mEntry->mIndexed = lRecord;
-        }
-    }
-    const unsigned lSlots = mTable ? mTableMask + 1 : 0;
-    return lLive < lSlots / 2 || ResizeTable(lSlots ? lSlots * 2 : kFirstSlots);
+    const bool lMostlyDead = mChildren.GetReservedCount() > std::size_t(2) * lLive + kRecords;
+    if (!lMostlyDead || !mChildren.Compact(lLive + kRecords))
+        return mChildren.Reserve(kRecords + lLive / 2);
+    for (Record* lRecord = mChildren.Minimum(); lRecord; lRecord = lRecord->Successor())
+        lRecord->GetValue().mEntry->mIndexed = lRecord;
+    return true;
 }
 
+// Half of a table's slots are used at most, and one more.
 bool KLyrPropertyIndex::Add(int pId, KLyrPropertyEntry* pEntry, KLyrPropertyEntry* pParent) {
-    if (!MakeRoom())
+    if (!mChildren.HasRoom() && !MakeRoom())
+        return false;
+    const unsigned lSlots = mTableMask + 1;
+    if (static_cast<unsigned>(mChildren.GetSize()) > lSlots / 2 && !ResizeTable(lSlots * 2))
         return false;
     const Node lNode{pEntry, pEntry, nullptr, this, 0, -1};
     pEntry->mIndexed = mChildren.Insert(KeyOf(pEntry->GetParentId(), pId), lNode).mFirst;
