@@ -74,11 +74,18 @@ KLyrPropertyInfo* KLyrPropertyInfo::Create(const char* pName, ELyrType pType) {
 }
 
 KLyrPropertyInfo* KLyrPropertyInfo::Create(const char* pName, KLyrTypeInfo* pTypeInfo) {
-    return Named(LyrSdkNew<KLyrPropertyInfo>(pName, pTypeInfo), pName);
+    return Named(New(pName, pTypeInfo), pName);
 }
 
 KLyrPropertyInfo* KLyrPropertyInfo::Clone(KLyrPropertyPage*) const {
-    return mTypeInfo ? LyrSdkNew<KLyrPropertyInfo>(mName, mTypeInfo) : LyrSdkNew<KLyrPropertyInfo>(mName, mType);
+    return mTypeInfo ? New(mName, mTypeInfo) : LyrSdkNew<KLyrPropertyInfo>(mName, mType);
+}
+
+template <typename Name>
+KLyrPropertyInfo* KLyrPropertyInfo::New(const Name& pName, KLyrTypeInfo* pTypeInfo) {
+    static_assert(sizeof(KLyrPropertyInfo) % alignof(Link) == 0, "the link lies behind the description");
+    void* lMemory = LyrSdkMalloc(sizeof(KLyrPropertyInfo) + (pTypeInfo ? sizeof(Link) : 0));
+    return lMemory ? ::new (lMemory) KLyrPropertyInfo(pName, pTypeInfo) : nullptr;
 }
 
 // A description whose name found no memory is none.
@@ -117,12 +124,14 @@ void KLyrPropertyInfo::DestroyBounds() {
 }
 
 void KLyrPropertyInfo::LinkToTypeInfo() {
-    if (mTypeInfo)
-        detail::Insert<&KLyrPropertyInfo::mOfTypeInfo>(this, mTypeInfo->mTypedInfos);
+    if (!mTypeInfo)
+        return;
+    ::new (this + 1) Link;
+    detail::Insert<&KLyrPropertyInfo::OfTypeInfo>(this, mTypeInfo->mTypedInfos);
 }
 
 void KLyrPropertyInfo::UnlinkFromTypeInfo() {
-    detail::TakeOut<&KLyrPropertyInfo::mOfTypeInfo>(this);
+    detail::TakeOut<&KLyrPropertyInfo::OfTypeInfo>(this);
     mTypeInfo = nullptr;
 }
 

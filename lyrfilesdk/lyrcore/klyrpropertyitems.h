@@ -14,6 +14,8 @@
 // back with DecRef, which frees it with the last reference. Counts are not atomic: a page family belongs to one thread.
 // Create and Clone give null when there is no memory.
 
+#include <functional>
+
 #include "lyrfilesdk/components/kbaselib/klib/kapi.h"
 #include "lyrfilesdk/components/kbaselib/klib/kassert.h"
 #include "lyrfilesdk/components/kbaselib/klib/kmemory.h"
@@ -44,7 +46,8 @@ void Discard(T* pItem) {
     }
 }
 
-// An item's place in a list of items that their owner does not own. pMember of Insert and TakeOut names the place.
+// An item's place in a list of items that their owner does not own. pMember of Insert and TakeOut is the member, or
+// gives it.
 template <typename T>
 struct Link {
     T** mBack = nullptr;  // what points at the item; null outside a list
@@ -53,21 +56,22 @@ struct Link {
 
 template <auto pMember, typename T>
 void Insert(T* pItem, T*& pFirst) {
-    (pItem->*pMember).mBack = &pFirst;
-    (pItem->*pMember).mNext = pFirst;
+    Link<T>& lLink = std::invoke(pMember, *pItem);
+    lLink.mBack = &pFirst;
+    lLink.mNext = pFirst;
     if (pFirst)
-        (pFirst->*pMember).mBack = &(pItem->*pMember).mNext;
+        std::invoke(pMember, *pFirst).mBack = &lLink.mNext;
     pFirst = pItem;
 }
 
 // Does nothing for an item outside a list.
 template <auto pMember, typename T>
 void TakeOut(T* pItem) {
-    Link<T>& lLink = pItem->*pMember;
+    Link<T>& lLink = std::invoke(pMember, *pItem);
     if (lLink.mBack)
         *lLink.mBack = lLink.mNext;
     if (lLink.mNext)
-        (lLink.mNext->*pMember).mBack = lLink.mBack;
+        std::invoke(pMember, *lLink.mNext).mBack = lLink.mBack;
     lLink = Link<T>();
 }
 
@@ -265,11 +269,17 @@ private:
     KLyrPropertyInfo(const KLyrPropertyInfo&) = delete;
     KLyrPropertyInfo& operator=(const KLyrPropertyInfo&) = delete;
 
+    template <typename Name>
+    static KLyrPropertyInfo* New(const Name& pName, KLyrTypeInfo* pTypeInfo);
     static KLyrPropertyInfo* Named(KLyrPropertyInfo* pInfo, const char* pName);
     static bool IsBound(int pIndex) { return pIndex >= 0 && pIndex < eValueCount; }
     const void* AnyBound() const;
     void DestroyBounds();
     KStringList* EnumListForWriting();
+    // The descriptions that one page types are linked, so that none keeps a pointer to a page that is gone. The link
+    // lies behind a description that was made with a page; others have none.
+    using Link = detail::Link<KLyrPropertyInfo>;
+    Link& OfTypeInfo() { return *reinterpret_cast<Link*>(this + 1); }
     void LinkToTypeInfo();
     void UnlinkFromTypeInfo();
 
@@ -283,9 +293,6 @@ private:
     void* mUserData = nullptr;
     [[maybe_unused]] void* mFilter = nullptr;  // reserved for the application's kit
     KLyrSdkScopedPtr<KStringList> mEnumList;
-
-    // The descriptions that one page types are linked, so that none keeps a pointer to a page that is gone.
-    detail::Link<KLyrPropertyInfo> mOfTypeInfo;
 };
 
 // The connection point of a property, with the way back to the property: the point's GetData is this item.
