@@ -221,7 +221,14 @@ void KLyrPropertyPage::ReleaseTypedInfos() {
 // --- adding --------------------------------------------------------------------------------------------------------
 
 int KLyrPropertyPage::Add(int pParentId, const char* pName, ELyrType pType) {
-    return AddNew(pParentId, KLyrPropertyInfo::Create(pName, pType), KLyrPropertyValue::Create(nullptr, pType));
+    KLyrPropertyInfo* lInfo = KLyrPropertyInfo::Create(pName, pType);
+    KLyrPropertyValue* lValue = KLyrPropertyValue::Create(nullptr, pType);
+    const int lId = lInfo && lValue ? AddEntry(pParentId, lInfo, lValue, nullptr) : -1;
+    if (lId < 0) {
+        detail::Discard(lInfo);
+        detail::Discard(lValue);
+    }
+    return lId;
 }
 
 int KLyrPropertyPage::Add(int pParentId, const char* pName, KLyrPropertyPage* pTypeInfo) {
@@ -272,14 +279,13 @@ int KLyrPropertyPage::AddEntry(int pParentId, KLyrPropertyInfo* pInfo, KLyrPrope
 
     KNameMap& lNames = mCreateOrFind.mSecond;
     const bool lNamed = pInfo && lNames.GetSize() > 0;
-    const KPair<int, const char*> lKey(pParentId, pInfo ? pInfo->GetNameText() : "");
-    const KPair<KNameMap::RecordType*, bool> lName =
-        lNamed ? lNames.Insert(lKey, lId) : KPair<KNameMap::RecordType*, bool>(nullptr, false);
-    KLyrPropertyEntry* lEntry =
-        !lNamed || lName.mFirst ? KLyrPropertyEntry::Create(pParentId, pInfo, pValue, pConnect) : nullptr;
+    KPair<KNameMap::RecordType*, bool> lName(nullptr, false);
+    if (lNamed)
+        lName = lNames.Insert(KPair<int, const char*>(pParentId, pInfo->GetNameText()), lId);
+    KLyrPropertyEntry* lEntry = !lNamed || lName.mFirst ? KLyrPropertyEntry::Create(pParentId, pInfo, pValue, pConnect) : nullptr;
     if (!lEntry) {
         if (lName.mSecond)
-            lNames.Remove(lKey);
+            lNames.Remove(KPair<int, const char*>(pParentId, pInfo->GetNameText()));
         RemoveRecord(lId);
         return -1;
     }
@@ -394,7 +400,8 @@ void KLyrPropertyPage::RenewIdBits() {
 void KLyrPropertyPage::PutIntoTable(int pId, KLyrPropertyEntry* pEntry) {
     const int lCount = mEntries.GetSize();
     const bool lDoubled = lCount >= kIndexedFrom && (lCount & (lCount - 1)) == 0;
-    EnlargeWalk();
+    if (mIdGenerator->mEntryCount >= mIdGenerator->mEnlargeFrom)
+        EnlargeWalk();
     if (mTable ? !mTable->Add(pId, pEntry, lCount) : lDoubled)
         mTable = EntryTable::Renew(mEntries, mTable);
     if (!GetIndex()) {
