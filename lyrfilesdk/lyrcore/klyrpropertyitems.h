@@ -389,6 +389,7 @@ private:
     LYRSDK_MADE_BY_FACTORY
     friend struct KLyrLayout;
     friend class KLyrPropertyIndex;
+    friend class KLyrPropertyPage;
 
     KLyrPropertyEntry(int pParentId, KLyrPropertyInfo* pInfo, KLyrPropertyValue* pValue, KLyrPropertyConnect* pConnect);
     ~KLyrPropertyEntry();

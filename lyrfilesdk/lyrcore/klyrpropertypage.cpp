@@ -75,6 +75,7 @@ KLyrPropertyPage* KLyrPropertyPage::CreateFamily() {
     if (!lPage->mIdGenerator)
         return Abandon(lPage);
     lPage->mIdGenerator->IncRef();
+    lPage->mIdGenerator->mFirstPage = lPage;
     lPage->mEntries.Reserve(kRootReserve);
     return lPage;
 }
@@ -128,6 +129,10 @@ KLyrPropertyPage::~KLyrPropertyPage() {
     if (mIdGenerator) {
         if (mIdGenerator->mWalk)
             mIdGenerator->mWalk->PageGoes(this);
+        if (mIdGenerator->mFirstPage == this) {
+            mIdGenerator->mFirstPage = nullptr;
+            mIdGenerator->mFirstEntries.Clear();
+        }
         mIdGenerator->mEntryCount -= static_cast<std::size_t>(mEntries.GetSize());
         mIdGenerator->DecRef();
     }
@@ -138,7 +143,7 @@ void KLyrPropertyPage::DestroyEntry(int pId, KLyrPropertyEntry* pEntry) {
     KLyrPropertyConnect* lConnect = pEntry->Get(static_cast<const KLyrPropertyConnect*>(nullptr));
     if (lConnect && lConnect->mPage == this && lConnect->mId == pId)
         lConnect->Retire();
-    pEntry->Destroy();
+    FreeEntry(pEntry);
 }
 
 // Gives back what others reach this page through.
@@ -282,7 +287,7 @@ int KLyrPropertyPage::AddEntry(int pParentId, KLyrPropertyInfo* pInfo, KLyrPrope
     KPair<KNameMap::RecordType*, bool> lName(nullptr, false);
     if (lNamed)
         lName = lNames.Insert(KPair<int, const char*>(pParentId, pInfo->GetNameText()), lId);
-    KLyrPropertyEntry* lEntry = !lNamed || lName.mFirst ? KLyrPropertyEntry::Create(pParentId, pInfo, pValue, pConnect) : nullptr;
+    KLyrPropertyEntry* lEntry = !lNamed || lName.mFirst ? NewEntry(pParentId, pInfo, pValue, pConnect) : nullptr;
     if (!lEntry) {
         if (lName.mSecond)
             lNames.Remove(KPair<int, const char*>(pParentId, pInfo->GetNameText()));
@@ -330,6 +335,23 @@ KLyrPropertyEntry* KLyrPropertyPage::GetPropertyEntry(int pId, KLyrPropertyPage*
     return nullptr;
 }
 
+KLyrPropertyEntry* KLyrPropertyPage::NewEntry(int pParentId, KLyrPropertyInfo* pInfo, KLyrPropertyValue* pValue,
+                                              KLyrPropertyConnect* pConnect) {
+    if (mIdGenerator->mFirstPage != this)
+        return KLyrPropertyEntry::Create(pParentId, pInfo, pValue, pConnect);
+    void* lMemory = mIdGenerator->mFirstEntries.Take();
+    return lMemory ? ::new (lMemory) KLyrPropertyEntry(pParentId, pInfo, pValue, pConnect) : nullptr;
+}
+
+void KLyrPropertyPage::FreeEntry(KLyrPropertyEntry* pEntry) {
+    if (mIdGenerator->mFirstPage != this) {
+        pEntry->Destroy();
+        return;
+    }
+    pEntry->~KLyrPropertyEntry();
+    mIdGenerator->mFirstEntries.GiveBack(pEntry);
+}
+
 // As the map's Insert, but all records may move. The map's allocator takes nothing back, so that entries which come and
 // go would make it grow without end. When it would have to grow and most of its records are dead, the living ones move
 // to a new one that as many again fit into; that many insertions pay for the move. Else it grows by half, in one block.
@@ -353,9 +375,9 @@ void KLyrPropertyPage::RemoveRecord(int pId) {
 }
 
 KLyrPropertyEntry* KLyrPropertyPage::InsertOwnEntry(int pId, int pParentId) {
-    KLyrPropertyEntry* lEntry = KLyrPropertyEntry::Create(pParentId, nullptr, nullptr, nullptr);
+    KLyrPropertyEntry* lEntry = NewEntry(pParentId, nullptr, nullptr, nullptr);
     if (lEntry && !InsertRecord(pId, lEntry).mSecond) {
-        lEntry->Destroy();
+        FreeEntry(lEntry);
         lEntry = nullptr;
     }
     if (lEntry) {

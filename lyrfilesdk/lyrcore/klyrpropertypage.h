@@ -52,6 +52,33 @@ namespace lyrsdk {
 class KLyrDescendentWalk;
 class KLyrPropertyIndex;
 
+namespace detail {
+
+// The memory of the entries of one page, in chunks of several that are given back together. The memory of an entry that
+// went is used again.
+class EntryPool {
+public:
+    EntryPool() = default;  // takes no memory yet
+    ~EntryPool() { Clear(); }
+    EntryPool(const EntryPool&) = delete;
+    EntryPool& operator=(const EntryPool&) = delete;
+
+    // For one entry; null when there is no memory.
+    void* Take();
+    void GiveBack(void* pMemory);
+    // Gives all chunks back; nothing is in use any more.
+    void Clear();
+
+private:
+    bool MakeRoom();
+
+    void* mChunks = nullptr;  // each begins with a pointer to the one before
+    void* mFree = nullptr;    // begins with a pointer to the next free one
+    unsigned mCount = 0;      // entries that there is memory for
+};
+
+}  // namespace detail
+
 // Counts the ids of one page family. Freed with the last page that refers to it.
 class LYRSDK_API KLyrPropertyIdGenerator {
 public:
@@ -89,6 +116,10 @@ private:
     std::size_t mEnlargeFrom = 128;
     // A property was added under an id that was not there yet.
     bool mHasOddParents = false;
+    // The page that the family began with, while it lives, and the memory of its entries. Instances hold few and take
+    // memory for each.
+    const KLyrPropertyPage* mFirstPage = nullptr;
+    detail::EntryPool mFirstEntries;
 };
 
 class LYRSDK_API KLyrPropertyPage {
@@ -360,6 +391,9 @@ private:
     bool HandDownToInstances();
     bool HandDown(int pId, KLyrPropertyPage* pInstance) const;
     void ReleaseTypedInfos();
+    KLyrPropertyEntry* NewEntry(int pParentId, KLyrPropertyInfo* pInfo, KLyrPropertyValue* pValue,
+                                KLyrPropertyConnect* pConnect);
+    void FreeEntry(KLyrPropertyEntry* pEntry);
     void DestroyEntry(int pId, KLyrPropertyEntry* pEntry);
     void Retire();
     int AddNew(int pParentId, KLyrPropertyInfo* pInfo, KLyrPropertyValue* pValue);

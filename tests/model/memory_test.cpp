@@ -121,9 +121,9 @@ TEST_F(PropertyModelMemory, IsRefusedWhileATextIsOverridden) {
 
 TEST_F(PropertyModelMemory, IsRefusedWhileManyPropertiesArePushed) {
     std::vector<const char*> lBefore = kInstanceOfAText;
-    for (const char* lAdd : {"Add 1 0 0 0", "Add 1 0 1 1", "Add 1 0 2 9", "Set 1 1 0 1 0"})
-        lBefore.push_back(lAdd);
-    std::map<Scarce, int> lOutcomes = RefuseEach(lBefore, "PushRoot 1");
+    for (const char* lStep : {"CreateInstance 1 0", "Add 2 0 0 0", "Add 2 0 1 1", "Add 2 0 2 9", "Set 2 1 0 1 0"})
+        lBefore.push_back(lStep);
+    std::map<Scarce, int> lOutcomes = RefuseEach(lBefore, "PushRoot 2");
     EXPECT_GE(lOutcomes[Scarce::ePartly], 4);
 }
 
