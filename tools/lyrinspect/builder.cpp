@@ -202,6 +202,7 @@ void Builder::ConnectReferences() {
 
 void Builder::ConnectNodes(const std::vector<Reference>& pChildren, const std::vector<Reference>& pRoots) {
     std::vector<NodeEdge> lEdges;
+    lEdges.reserve(pChildren.size());
     for (const Reference& lReference : pChildren)
         lEdges.push_back({lReference.object->index, lReference.index});
     const std::size_t lCount = mScene.Objects(ObjectKind::eNode).size();

@@ -105,7 +105,7 @@ const SceneObject* ObjectOf(const KLyrPropertyHandle& pProperty) {
 }
 
 std::string AddressOf(const SceneObject& pObject) {
-    const std::string lKind = KindName(pObject.kind);
+    std::string lKind = KindName(pObject.kind);
     if (pObject.isPrototype || pObject.kind == ObjectKind::eDocument)
         return lKind;
     const std::string lAddress = lKind + ':' + std::to_string(pObject.index);

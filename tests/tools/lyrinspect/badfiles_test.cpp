@@ -38,8 +38,9 @@ TEST(BadFiles, NestedAHundredThousandDeepAreRefused) {
     std::string lObjects;
     for (int i = 0; i < 100000; ++i)
         lObjects += "{\"a\":";
-    for (const std::string& lText : {lOpen, lOpen + lClosed, Document("\"extras\":" + lOpen + lClosed),
-                                     Document("\"nodes\":" + lOpen + lClosed), lObjects}) {
+    const std::string lArrays = lOpen + lClosed;
+    for (const std::string& lText :
+         {lOpen, lArrays, Document("\"extras\":" + lArrays), Document("\"nodes\":" + lArrays), lObjects}) {
         const Outcome lOutcome = InspectText(lText);
         EXPECT_EQ(lOutcome.status, eExitUnreadable);
         EXPECT_EQ(lOutcome.errors, "lyrinspect: FILE: nested deeper than 512 levels\n");
@@ -47,10 +48,12 @@ TEST(BadFiles, NestedAHundredThousandDeepAreRefused) {
 }
 
 TEST(BadFiles, NestedAsDeepAsAllowedAreShown) {
-    std::string lText = "0";
+    std::string lText = "\"extras\":";
     for (int i = 0; i < 500; ++i)
-        lText = "{\"a\":" + lText + '}';
-    const Outcome lOutcome = InspectText(Document("\"extras\":" + lText));
+        lText += "{\"a\":";
+    lText += '0';
+    lText.append(500, '}');
+    const Outcome lOutcome = InspectText(Document(lText));
     EXPECT_EQ(lOutcome.status, eExitDone);
     EXPECT_EQ(lOutcome.errors, "");
     EXPECT_NE(lOutcome.output.find("a/a/a: int = 0"), std::string::npos);

@@ -15,10 +15,11 @@ TEST(Text, EscapesWhatCouldSteerATerminal) {
     EXPECT_EQ(Escaped("a\nb\tc\rd"), "a\\nb\\tc\\x0Dd");
     EXPECT_EQ(Escaped("\x7F"), "\\x7F");
     EXPECT_EQ(Escaped(std::string_view("\0", 1)), "\\x00");
-    // A control sequence introducer, a line separator and an override of the writing direction, all in UTF-8.
+    // A control sequence introducer, a line separator, an override of the writing direction with its end, and the end
+    // of an isolate, all in UTF-8.
     EXPECT_EQ(Escaped("\xC2\x9B"), "\\xC2\\x9B");
     EXPECT_EQ(Escaped("\xE2\x80\xA8"), "\\xE2\\x80\\xA8");
-    EXPECT_EQ(Escaped("\xE2\x80\xAE"), "\\xE2\\x80\\xAE");
+    EXPECT_EQ(Escaped("\xE2\x80\xAE\xE2\x80\xAC"), "\\xE2\\x80\\xAE\\xE2\\x80\\xAC");
     EXPECT_EQ(Escaped("\xE2\x81\xA9"), "\\xE2\\x81\\xA9");
 }
 
