@@ -57,32 +57,41 @@ void Builder::CheckRequiredExtensions() {
 }
 
 void Builder::AddObjects() {
-    const auto lList = [this](const char* pName) -> const Json& { return ArrayOf(mInput.document, pName); };
-    const Json& lNodes = lList("nodes");
-    mProgress.Begin("building", lNodes.size() + lList("meshes").size() + lList("materials").size());
-    AddList(ObjectKind::eScene, lList("scenes"), {});
-    AddList(ObjectKind::eNode, lNodes, {});
-    AddList(ObjectKind::eMesh, lList("meshes"), {"primitives"});
-    AddList(ObjectKind::eMaterial, lList("materials"), {});
-    AddList(ObjectKind::eTexture, lList("textures"), {});
-    AddList(ObjectKind::eImage, lList("images"), {});
-    AddList(ObjectKind::eSampler, lList("samplers"), {});
-    AddList(ObjectKind::eCamera, lList("cameras"), {});
-    AddList(ObjectKind::eLight, Lights(), {});
-    AddList(ObjectKind::eSkin, lList("skins"), {"inverseBindMatrices"});
-    AddList(ObjectKind::eAnimation, lList("animations"), {"channels", "samplers"});
+    Json* lDocument = &mInput.document;
+    std::size_t lSteps = 0;
+    for (const char* lList : {"nodes", "meshes", "materials"})
+        lSteps += ArrayOf(*lDocument, lList).size();
+    mProgress.Begin("building", lSteps);
+    AddList(ObjectKind::eScene, lDocument, "scenes", {});
+    AddList(ObjectKind::eNode, lDocument, "nodes", {});
+    AddList(ObjectKind::eMesh, lDocument, "meshes", {"primitives"});
+    AddList(ObjectKind::eMaterial, lDocument, "materials", {});
+    AddList(ObjectKind::eTexture, lDocument, "textures", {});
+    AddList(ObjectKind::eImage, lDocument, "images", {});
+    AddList(ObjectKind::eSampler, lDocument, "samplers", {});
+    AddList(ObjectKind::eCamera, lDocument, "cameras", {});
+    AddList(ObjectKind::eLight, OwnerOfLights(), "lights", {});
+    AddList(ObjectKind::eSkin, lDocument, "skins", {"inverseBindMatrices"});
+    AddList(ObjectKind::eAnimation, lDocument, "animations", {"channels", "samplers"});
 }
 
-const Json& Builder::Lights() const {
-    static const Json sNone = Json::array();
-    const Json* lExtensions = MemberOf(mInput.document, "extensions");
-    const Json* lLights = lExtensions ? MemberOf(*lExtensions, "KHR_lights_punctual") : nullptr;
-    return lLights ? ArrayOf(*lLights, "lights", "KHR_lights_punctual", mWarnings) : sNone;
+// Null when the document has no such extension.
+Json* Builder::OwnerOfLights() const {
+    Json* lExtensions = MemberOf(mInput.document, "extensions");
+    Json* lLights = lExtensions ? MemberOf(*lExtensions, "KHR_lights_punctual") : nullptr;
+    if (lLights)
+        ArrayOf(*lLights, "lights", "KHR_lights_punctual", mWarnings);
+    return lLights;
 }
 
-void Builder::AddList(ObjectKind pKind, const Json& pObjects, const std::vector<const char*>& pSkipped) {
-    for (std::size_t i = 0; i < pObjects.size(); ++i) {
-        AddOne(pKind, pObjects[i], static_cast<int>(i), pSkipped);
+void Builder::AddList(ObjectKind pKind, Json* pOwner, const char* pName, const std::vector<const char*>& pSkipped) {
+    Json* lObjects = pOwner ? MemberOf(*pOwner, pName) : nullptr;
+    if (!lObjects || !lObjects->is_array())
+        return;
+    int lIndex = 0;
+    for (Json& lObject : *lObjects) {
+        AddOne(pKind, lObject, lIndex++, pSkipped);
+        lObject = nullptr;
         mProgress.Step();
     }
 }

@@ -22,7 +22,9 @@
 namespace lyrsdk::inspect {
 
 struct BuildInput {
-    const Json& document;
+    // Is taken apart: what an object of a list was read from is given back with it, so that the document and the pages
+    // are never in memory as a whole together.
+    Json& document;
     const Buffers& buffers;
     // The folder of the scene file, where images are looked for.
     std::string folder;
@@ -40,12 +42,12 @@ public:
 private:
     void AddDocument();
     void AddObjects();
-    void AddList(ObjectKind pKind, const Json& pObjects, const std::vector<const char*>& pSkipped);
+    void AddList(ObjectKind pKind, Json* pOwner, const char* pName, const std::vector<const char*>& pSkipped);
     void AddOne(ObjectKind pKind, const Json& pJson, int pIndex, const std::vector<const char*>& pSkipped);
     void AddPrimitives(SceneObject& pMesh, const Json& pJson);
     void AddChannels(SceneObject& pAnimation, const Json& pJson);
     void AddChannel(SceneObject& pAnimation, const Json& pJson, int pIndex, const Json& pSamplers);
-    const Json& Lights() const;
+    Json* OwnerOfLights() const;
 
     void ConnectReferences();
     void ConnectNodes(const std::vector<Reference>& pChildren, const std::vector<Reference>& pRoots);

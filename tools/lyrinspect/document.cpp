@@ -144,6 +144,13 @@ const Json* MemberOf(const Json& pObject, std::string_view pName) {
     return lFound == pObject.end() ? nullptr : &*lFound;
 }
 
+Json* MemberOf(Json& pObject, std::string_view pName) {
+    if (!pObject.is_object())
+        return nullptr;
+    const auto lFound = pObject.find(pName);
+    return lFound == pObject.end() ? nullptr : &*lFound;
+}
+
 const Json& ArrayOf(const Json& pObject, const char* pName) {
     static const Json sNone = Json::array();
     const Json* lMember = MemberOf(pObject, pName);

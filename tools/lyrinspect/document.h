@@ -30,6 +30,7 @@ const Json& ArrayOf(const Json& pObject, const char* pName, const std::string& p
 
 // The member pName of pObject, or null when pObject is no object or has no such member.
 const Json* MemberOf(const Json& pObject, std::string_view pName);
+Json* MemberOf(Json& pObject, std::string_view pName);
 
 // Whether pValue is a whole number that fits an int, which it then gives. 3.0 is a whole number.
 bool ToInt(const Json& pValue, int& pResult);
