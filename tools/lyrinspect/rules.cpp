@@ -1,5 +1,7 @@
 #include "tools/lyrinspect/rules.h"
 
+#include <algorithm>
+#include <iterator>
 #include <string>
 #include <string_view>
 
@@ -27,12 +29,18 @@ enum class Demand {
 };
 
 struct Rule {
+    constexpr Rule(ObjectKind pKind, Demand pDemand, std::string_view pMember, std::string_view pOther)
+        : kind(pKind), demand(pDemand), member(pMember), other(pOther), first(pMember.substr(0, pMember.find('/'))) {}
+
     ObjectKind kind;
     Demand demand;
-    const char* member;
-    const char* other;
+    std::string_view member;
+    std::string_view other;
+    // The first name of the member's path.
+    std::string_view first;
 };
 
+// In the order of ObjectKind.
 constexpr Rule kRules[] = {
     {ObjectKind::eScene, Demand::eNotEmpty, "nodes", ""},
     {ObjectKind::eNode, Demand::eNotEmpty, "children", ""},
@@ -79,6 +87,11 @@ constexpr Rule kRules[] = {
     {ObjectKind::eChannel, Demand::eRequired, "target/path", ""},
 };
 
+struct ByKind {
+    bool operator()(const Rule& pRule, ObjectKind pKind) const { return pRule.kind < pKind; }
+    bool operator()(ObjectKind pKind, const Rule& pRule) const { return pKind < pRule.kind; }
+};
+
 // Takes the first name off pPath.
 std::string_view TakeName(std::string_view& pPath) {
     const std::size_t lSlash = pPath.find('/');
@@ -118,7 +131,7 @@ std::string Complaint(const Rule& pRule, const Json& pJson) {
     const Json* lMember = MemberAt(pJson, pRule.member, lMissing);
     if (!lMember && !(lMissing && IsDemandFor(pRule.demand)))
         return "";
-    const std::string lName = pRule.member;
+    const std::string lName(pRule.member);
     bool lOtherMissing = false;
     const Json* lOther = MemberAt(pJson, pRule.other, lOtherMissing);
     switch (pRule.demand) {
@@ -133,12 +146,13 @@ std::string Complaint(const Rule& pRule, const Json& pJson) {
             return lMissing && lType && *lType == lName ? "is of type " + lName + ", but has no " + lName : "";
         }
         case Demand::eExcludes:
-            return lMember && lOther ? "has both " + lName + " and " + pRule.other : "";
+            return lMember && lOther ? "has both " + lName + " and " + std::string(pRule.other) : "";
         case Demand::eNeeds:
-            return lMember && lOtherMissing ? "has " + lName + ", but no " + pRule.other : "";
+            return lMember && lOtherMissing ? "has " + lName + ", but no " + std::string(pRule.other) : "";
         case Demand::eBelow:
             return IsNumber(lMember) && IsNumber(lOther) && lMember->get<double>() >= lOther->get<double>()
-                       ? lName + ' ' + lMember->dump() + " is not below " + pRule.other + ' ' + lOther->dump()
+                       ? lName + ' ' + lMember->dump() + " is not below " + std::string(pRule.other) + ' ' +
+                             lOther->dump()
                        : "";
         default:
             return IsNumber(lMember) && lMember->get<double>() == 0 ? lName + " is 0" : "";
@@ -154,9 +168,16 @@ void Check(const Rule& pRule, const SceneObject& pObject, const Json& pJson, con
 }  // namespace
 
 void CheckRules(const SceneObject& pObject, const Json& pJson, Warnings& pWarnings) {
-    for (const Rule& lRule : kRules) {
-        if (lRule.kind == pObject.kind)
-            Check(lRule, pObject, pJson, "", pWarnings);
+    if (!pJson.is_object())
+        return;
+    const auto& lMembers = pJson.get_ref<const Json::object_t&>();
+    const auto lRules = std::equal_range(std::begin(kRules), std::end(kRules), pObject.kind, ByKind());
+    for (const Rule* lRule = lRules.first; lRule != lRules.second; ++lRule) {
+        // An object has few members, and most rules are about others.
+        const bool lStated = std::any_of(lMembers.begin(), lMembers.end(),
+                                         [lRule](const auto& pMember) { return pMember.first == lRule->first; });
+        if (lStated || (lRule->first == lRule->member && IsDemandFor(lRule->demand)))
+            Check(*lRule, pObject, pJson, "", pWarnings);
     }
 }
 
