@@ -186,6 +186,7 @@ void Builder::AddChannel(SceneObject& pAnimation, const Json& pJson, int pIndex,
 
 void Builder::ConnectReferences() {
     mProgress.Begin("connecting", mReader.References().size());
+    const int lChildrenId = mScene.KnownId(ObjectKind::eNode, "children");
     std::vector<Reference> lChildren;
     std::vector<Reference> lRoots;
     for (const Reference& lReference : mReader.References()) {
@@ -197,11 +198,10 @@ void Builder::ConnectReferences() {
                           KindName(lReference.target) + ':' + std::to_string(lReference.index));
             continue;
         }
-        const bool lFromScene = lReference.object->kind == ObjectKind::eScene;
-        const bool lToNode = lReference.target == ObjectKind::eNode;
-        if (lFromScene && lToNode)
+        const ObjectKind lFrom = lReference.object->kind;
+        if (lFrom == ObjectKind::eScene && lReference.target == ObjectKind::eNode)
             lRoots.push_back(lReference);
-        else if (lToNode && lProperty.Is(mScene.Known(*lReference.object, "children")))
+        else if (lFrom == ObjectKind::eNode && lProperty.GetId() == lChildrenId)
             lChildren.push_back(lReference);
         else
             lProperty.ConnectSrc(lTarget->root, kReference);
@@ -215,20 +215,24 @@ void Builder::ConnectNodes(const std::vector<Reference>& pChildren, const std::v
     for (const Reference& lReference : pChildren)
         lEdges.push_back({lReference.object->index, lReference.index});
     const std::size_t lCount = mScene.Objects(ObjectKind::eNode).size();
+    const int lParentId = mScene.KnownId(ObjectKind::eNode, "parent");
+    const auto lParentOf = [lParentId](const SceneObject& pNode) {
+        return KLyrPropertyHandle(pNode.root.GetPage(), lParentId);
+    };
     const auto lTitle = [this](int pIndex) { return TitleOf(*mScene.ObjectAt(ObjectKind::eNode, pIndex)); };
     const std::vector<int> lParents = BuildNodeTree(lCount, lEdges, lTitle, mWarnings);
     for (const Reference& lReference : pChildren) {
         const SceneObject* lChild = mScene.ObjectAt(ObjectKind::eNode, lReference.index);
         KLyrPropertyHandle lChildren = lReference.property;
         if (lParents[static_cast<std::size_t>(lReference.index)] == lReference.object->index)
-            lChildren.ConnectDst(mScene.Known(*lChild, "parent"), kContains);
+            lChildren.ConnectDst(lParentOf(*lChild), kContains);
     }
     for (const Reference& lReference : pRoots) {
         const SceneObject* lRoot = mScene.ObjectAt(ObjectKind::eNode, lReference.index);
         const int lParent = lParents[static_cast<std::size_t>(lReference.index)];
         KLyrPropertyHandle lNodes = lReference.property;
         if (lParent < 0)
-            lNodes.ConnectDst(mScene.Known(*lRoot, "parent"), kContains);
+            lNodes.ConnectDst(lParentOf(*lRoot), kContains);
         else
             mWarnings.Add(TitleOf(*lRoot) + " has the parent " + lTitle(lParent) + "; the link from " +
                           TitleOf(*lReference.object) + " is left out");
@@ -267,8 +271,7 @@ void Builder::CheckNames() {
         std::size_t lRepeated = 0;
         const SceneObject* lFirst = nullptr;
         for (const SceneObject* lObject : lObjects) {
-            const KLyrPropertyHandle lName = mScene.Known(*lObject, "name");
-            if (lName.GetType() != eSTRING || lName.GetValueInheritType(false) != eLyrOverride)
+            if (!lObject->isNamed)
                 continue;
             if (lObject->name.empty()) {
                 ++lEmpty;

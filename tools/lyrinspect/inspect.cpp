@@ -184,12 +184,7 @@ private:
 
     bool IsSelected(const SceneObject& pObject) const {
         return !mOptions.hasObject || AddressOf(pObject) == mOptions.object ||
-               (pObject.name == mOptions.object && IsNamed(pObject));
-    }
-
-    // An object without a name is not one with an empty name.
-    static bool IsNamed(const SceneObject& pObject) {
-        return pObject.root.Find("name", true).GetValueInheritType(false) == eLyrOverride;
+               (pObject.name == mOptions.object && pObject.isNamed);
     }
 
     bool PrintObject(Printer& pPrinter, const SceneObject& pObject) const {

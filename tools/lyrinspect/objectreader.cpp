@@ -12,6 +12,8 @@ namespace lyrsdk::inspect {
 namespace {
 
 constexpr std::size_t kManyMembers = 16;
+// So few are looked through sooner than put into a set.
+constexpr std::size_t kFewIndices = 16;
 constexpr char kLights[] = "KHR_lights_punctual";
 constexpr char kTextureTransform[] = "KHR_texture_transform";
 
@@ -35,10 +37,6 @@ const char* PlainTypeOf(const Json& pValue, bool pNumbersAreDouble) {
     }
 }
 
-bool IsNodeTransform(const std::string& pName) {
-    return pName == "translation" || pName == "rotation" || pName == "scale" || pName == "matrix";
-}
-
 }  // namespace
 
 bool IsKnownExtension(const std::string& pName) {
@@ -51,7 +49,6 @@ void ObjectReader::Read(SceneObject& pObject, const Json& pJson, const std::vect
         mWarnings.Add(AddressOf(pObject) + " is " + Described(pJson) + ", not an object");
         return;
     }
-    ReadName(pJson);
     ReadBelow(pObject.root, pJson, pSkipped);
 }
 
@@ -84,56 +81,47 @@ void ObjectReader::ReportNames() {
         mWarnings.Add(Counted(mZeroTexts, "text") + " with a zero character, which is shown as U+FFFD");
 }
 
-// Everything that reads the name again reads it from the property; the record's copy is for messages and headings.
-void ObjectReader::ReadName(const Json& pJson) {
-    const Json* lName = MemberOf(pJson, "name");
-    if (lName && lName->is_string() && mScene.Known(*mObject, "name").Valid())
-        mObject->name = lName->get_ref<const std::string&>();
-}
-
 void ObjectReader::ReadMembers(const KLyrPropertyHandle& pParent, const Json& pJson,
                                const std::vector<const char*>& pSkipped) {
-    for (const auto& lMember : pJson.items()) {
-        const bool lSkipped = std::any_of(pSkipped.begin(), pSkipped.end(),
-                                          [&lMember](const char* pName) { return lMember.key() == pName; });
-        if (!lSkipped)
-            ReadMember(pParent, lMember.key(), lMember.value());
+    for (const auto& [lName, lValue] : pJson.get_ref<const Json::object_t&>()) {
+        if (std::find(pSkipped.begin(), pSkipped.end(), lName) == pSkipped.end())
+            ReadMember(pParent, lName, lValue);
     }
 }
 
 void ObjectReader::ReadMember(const KLyrPropertyHandle& pParent, const std::string& pName, const Json& pValue) {
+    const KnownProperty lStated = FindStated(pParent, pName);
+    if (lStated.facts) {
+        ReadKnown(KLyrPropertyHandle(pParent.GetPage(), lStated.id), *lStated.facts, pValue);
+        return;
+    }
     if (pName == "extensions" && pValue.is_object()) {
         ReadExtensions(pParent, pValue);
         return;
     }
     if (pName == "extensions")
         WarnBelow(pParent, pName, "is " + Described(pValue) + ", not an object");
-    const KLyrPropertyHandle lKnown = FindKnown(pParent, pName);
-    if (lKnown.Valid())
-        ReadKnown(lKnown, mScene.FactsOf(*mObject, lKnown), pValue);
-    else
-        AddValue(pParent, pName, pValue, LyrPropertyFlags::eUSER, false);
+    AddValue(pParent, pName, pValue, LyrPropertyFlags::eUSER, false);
 }
 
-KLyrPropertyHandle ObjectReader::FindKnown(const KLyrPropertyHandle& pParent, const std::string& pName) const {
+KnownProperty ObjectReader::FindStated(const KLyrPropertyHandle& pParent, const std::string& pName) const {
+    if (pParent.Is(mObject->root))
+        return mScene.StatedBy(mObject->kind, pName);
     // A zero character would end the name early and find another property.
-    if (pName.find('\0') != std::string::npos)
-        return KLyrPropertyHandle();
-    const bool lBelowRoot = pParent.Is(mObject->root);
-    const bool lTransform = lBelowRoot && mObject->kind == ObjectKind::eNode && IsNodeTransform(pName);
-    const KLyrPropertyHandle lFound = lBelowRoot ? mScene.Known(*mObject, lTransform ? "transform/" + pName : pName)
-                                                 : pParent.Find(pName.c_str(), true);
-    const PropertyRow* lRow = lFound.Valid() ? mScene.FactsOf(*mObject, lFound).row : nullptr;
-    return lRow && !lRow->derived ? lFound : KLyrPropertyHandle();
+    const KLyrPropertyHandle lFound =
+        pName.find('\0') == std::string::npos ? pParent.Find(pName.c_str(), true) : KLyrPropertyHandle();
+    if (!lFound.Valid())
+        return KnownProperty();
+    const PropertyFacts& lFacts = mScene.FactsOf(*mObject, lFound);
+    return lFacts.row && !lFacts.row->derived ? KnownProperty{lFound.GetId(), &lFacts} : KnownProperty();
 }
 
 void ObjectReader::ReadKnown(const KLyrPropertyHandle& pProperty, const PropertyFacts& pFacts, const Json& pValue) {
-    const ELyrType lType = pProperty.GetType();
-    if (lType == eREFERENCE) {
+    if (pFacts.type == eREFERENCE) {
         ReadReference(pProperty, pFacts, pValue);
         return;
     }
-    if (lType == eUNIDENTIFIED) {
+    if (pFacts.type == eUNIDENTIFIED) {
         ReadGroup(pProperty, pFacts, pValue);
         return;
     }
@@ -142,8 +130,24 @@ void ObjectReader::ReadKnown(const KLyrPropertyHandle& pProperty, const Property
         Warn(pProperty, "is " + Described(pValue) + ", not " + lExpected + "; the default stays");
         return;
     }
-    if (pValue.is_string() && pValue.get_ref<const std::string&>().find('\0') != std::string::npos)
-        SetString(pProperty, Text(pValue.get_ref<const std::string&>()));
+    if (pValue.is_string())
+        TakeText(pProperty, pValue.get_ref<const std::string&>());
+    if (pFacts.row->limits[0] != '\0')
+        CheckLimits(pProperty, pFacts);
+}
+
+// What else there is to do with a text that was set. Everything that reads the name again reads it from the property;
+// the record's copy is for messages and headings.
+void ObjectReader::TakeText(const KLyrPropertyHandle& pProperty, const std::string& pText) {
+    if (pText.find('\0') != std::string::npos)
+        SetString(pProperty, Text(pText));
+    if (pProperty.GetId() != mScene.KnownId(mObject->kind, "name"))
+        return;
+    mObject->name = pText;
+    mObject->isNamed = true;
+}
+
+void ObjectReader::CheckLimits(const KLyrPropertyHandle& pProperty, const PropertyFacts& pFacts) {
     const std::string lBreach = LimitBreach(pProperty);
     if (!lBreach.empty())
         Warn(pProperty, lBreach);
@@ -186,28 +190,30 @@ void ObjectReader::CheckElements(const KLyrPropertyHandle& pProperty, const std:
 }
 
 void ObjectReader::ReadReference(const KLyrPropertyHandle& pProperty, const PropertyFacts& pFacts, const Json& pValue) {
-    std::string lKind = pFacts.row->choices;
-    const bool lMany = !lKind.empty() && lKind.back() == '*';
-    if (lMany)
-        lKind.pop_back();
-    const ObjectKind lTarget = KindOfName(lKind.c_str());
     int lIndex = -1;
-    if (!lMany && ToInt(pValue, lIndex)) {
-        mReferences.push_back({mObject, pProperty, lTarget, lIndex});
+    if (!pFacts.many && ToInt(pValue, lIndex)) {
+        mReferences.push_back({mObject, pProperty, pFacts.target, lIndex});
         return;
     }
-    if (!lMany || !pValue.is_array()) {
-        Warn(pProperty, "is " + Described(pValue) + (lMany ? ", not an array of indices" : ", not an index"));
+    if (!pFacts.many || !pValue.is_array()) {
+        Warn(pProperty, "is " + Described(pValue) + (pFacts.many ? ", not an array of indices" : ", not an index"));
         return;
     }
+    const std::ptrdiff_t lFirst = static_cast<std::ptrdiff_t>(mReferences.size());
     std::unordered_set<int> lListed;
+    const auto lIsNew = [&](int pIndex) {
+        if (pValue.size() > kFewIndices)
+            return lListed.insert(pIndex).second;
+        return std::none_of(mReferences.begin() + lFirst, mReferences.end(),
+                            [pIndex](const Reference& pReference) { return pReference.index == pIndex; });
+    };
     for (const Json& lElement : pValue) {
         if (!ToInt(lElement, lIndex))
             Warn(pProperty, "lists " + Described(lElement) + ", which is not an index");
-        else if (!lListed.insert(lIndex).second)
+        else if (!lIsNew(lIndex))
             Warn(pProperty, "lists " + std::to_string(lIndex) + " twice");
         else
-            mReferences.push_back({mObject, pProperty, lTarget, lIndex});
+            mReferences.push_back({mObject, pProperty, pFacts.target, lIndex});
     }
 }
 

@@ -48,13 +48,14 @@ private:
     void ReadMembers(const KLyrPropertyHandle& pParent, const Json& pJson, const std::vector<const char*>& pSkipped);
     void ReadMember(const KLyrPropertyHandle& pParent, const std::string& pName, const Json& pValue);
     void ReadKnown(const KLyrPropertyHandle& pProperty, const PropertyFacts& pFacts, const Json& pValue);
+    void TakeText(const KLyrPropertyHandle& pProperty, const std::string& pText);
+    void CheckLimits(const KLyrPropertyHandle& pProperty, const PropertyFacts& pFacts);
     void ReadGroup(const KLyrPropertyHandle& pProperty, const PropertyFacts& pFacts, const Json& pValue);
     void CheckElements(const KLyrPropertyHandle& pProperty, const std::string& pType, const Json& pValue);
     void ReadReference(const KLyrPropertyHandle& pProperty, const PropertyFacts& pFacts, const Json& pValue);
     void ReadExtensions(const KLyrPropertyHandle& pParent, const Json& pValue);
     bool ReadKnownExtension(const KLyrPropertyHandle& pParent, const std::string& pName, const Json& pValue);
-    void ReadName(const Json& pJson);
-    KLyrPropertyHandle FindKnown(const KLyrPropertyHandle& pParent, const std::string& pName) const;
+    KnownProperty FindStated(const KLyrPropertyHandle& pParent, const std::string& pName) const;
     void AddValue(const KLyrPropertyHandle& pParent, const std::string& pName, const Json& pValue,
                   LyrPropertyFlags::eLyrPropertyFlags pFlags, bool pNumbersAreDouble);
     void AddMembers(const KLyrPropertyHandle& pParent, const Json& pValue, LyrPropertyFlags::eLyrPropertyFlags pFlags,

@@ -42,6 +42,14 @@ void AddChoices(KLyrPropertyHandle& pProperty, const std::string& pChoices, std:
         pCodes.clear();
 }
 
+// "node" or "node*".
+void ReadTarget(std::string pChoices, PropertyFacts& pFacts) {
+    pFacts.many = !pChoices.empty() && pChoices.back() == '*';
+    if (pFacts.many)
+        pChoices.pop_back();
+    pFacts.target = KindOfName(pChoices.c_str());
+}
+
 // The property that pPath's last name goes below.
 KLyrPropertyHandle ParentOf(const KLyrPropertyHandle& pRoot, const std::string& pPath, std::string& pName) {
     const std::size_t lSlash = pPath.rfind('/');
@@ -136,8 +144,11 @@ void Prototypes::Describe(KLyrPropertyHandle pProperty, const PropertyRow& pRow,
     mComplete = SetLimitsFromText(pProperty, pRow.limits, pRow.softLimits) && mComplete;
     PropertyFacts lFacts;
     lFacts.row = &pRow;
+    lFacts.type = pProperty.GetType();
+    if (lFacts.type == eREFERENCE)
+        ReadTarget(pRow.choices, lFacts);
     // Names that are already there are refused, so this only collects the codes of an enumeration that AddRow filled.
-    if (pProperty.GetType() == eENUM)
+    if (lFacts.type == eENUM)
         AddChoices(pProperty, pRow.choices, lFacts.codes);
     if (pFacts) {
         pProperty.SetUserTag(static_cast<int>(pFacts->size()));

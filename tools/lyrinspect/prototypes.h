@@ -34,6 +34,10 @@ struct TypeRecord {
 // What the inspector knows about one property of a prototype beyond what its page holds.
 struct PropertyFacts {
     const PropertyRow* row = nullptr;
+    ELyrType type = eUNIDENTIFIED;
+    // reference: the kind that an index in the file points at, and whether the file has an array of them.
+    ObjectKind target = ObjectKind::eCount;
+    bool many = false;
     // enum: the number that stands for each value in the file; empty where the file writes the text.
     std::vector<int> codes;
 };

@@ -11,6 +11,14 @@ namespace {
 // A name in a heading or a message, in bytes.
 constexpr std::size_t kMaxNameLength = 80;
 
+// The members of an object in the file are the properties below the root; a node's has those of its transform among
+// them.
+bool IsStatedByAMember(const SceneObject& pPrototype, const KLyrPropertyHandle& pProperty) {
+    const KLyrPropertyHandle lParent = pProperty.GetParent();
+    return lParent == pPrototype.root ||
+           (pPrototype.kind == ObjectKind::eNode && lParent == pPrototype.root.Find("transform", true));
+}
+
 }  // namespace
 
 Scene::Scene() {
@@ -23,8 +31,12 @@ Scene::Scene() {
         lObject.nextTag = static_cast<int>(lPrototype.facts.size());
         lObject.root.SetPageDataPtr(&lObject);
         for (KLyrPropertyHandle lStep = lObject.root.GetFirstDescendent(); lStep.Valid();
-             lStep = lObject.root.GetNextDescendent(lStep))
+             lStep = lObject.root.GetNextDescendent(lStep)) {
+            const PropertyFacts& lFacts = FactsOf(lObject, lStep);
             mKnownIds[i].emplace(PathOf(lStep, '/'), lStep.GetId());
+            if (lFacts.row && !lFacts.row->derived && IsStatedByAMember(lObject, lStep))
+                mMembers[i].emplace(lStep.GetName(), KnownProperty{lStep.GetId(), &lFacts});
+        }
     }
 }
 
@@ -76,9 +88,20 @@ const SceneObject& Scene::PrototypeObject(ObjectKind pKind) const {
 }
 
 KLyrPropertyHandle Scene::Known(const SceneObject& pObject, const std::string& pPath) const {
-    const std::unordered_map<std::string, int>& lIds = mKnownIds[static_cast<std::size_t>(pObject.kind)];
+    const int lId = KnownId(pObject.kind, pPath);
+    return lId == -1 ? KLyrPropertyHandle() : KLyrPropertyHandle(pObject.root.GetPage(), lId);
+}
+
+int Scene::KnownId(ObjectKind pKind, const std::string& pPath) const {
+    const std::unordered_map<std::string, int>& lIds = mKnownIds[static_cast<std::size_t>(pKind)];
     const auto lFound = lIds.find(pPath);
-    return lFound == lIds.end() ? KLyrPropertyHandle() : KLyrPropertyHandle(pObject.root.GetPage(), lFound->second);
+    return lFound == lIds.end() ? -1 : lFound->second;
+}
+
+KnownProperty Scene::StatedBy(ObjectKind pKind, const std::string& pMember) const {
+    const std::unordered_map<std::string, KnownProperty>& lMembers = mMembers[static_cast<std::size_t>(pKind)];
+    const auto lFound = lMembers.find(pMember);
+    return lFound == lMembers.end() ? KnownProperty() : lFound->second;
 }
 
 KLyrPropertyHandle Scene::AddProperty(SceneObject& pObject, KLyrPropertyHandle pParent, const std::string& pName,

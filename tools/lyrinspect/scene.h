@@ -24,11 +24,20 @@ struct SceneObject {
     const SceneObject* owner = nullptr;
     // As stated in the file; empty where there is none.
     std::string name;
+    // An object without a name is not one with an empty name.
+    bool isNamed = false;
     KLyrPropertyHandle root;
     // The user tag that the next property of this object gets.
     int nextTag = 0;
     // The first user tag of a property that the object added to those of its prototype.
     int firstOwnTag = 0;
+};
+
+// A property that the prototype of a kind has. An id means the same property in all objects of a kind.
+struct KnownProperty {
+    int id = -1;
+    // Null where there is no such property.
+    const PropertyFacts* facts = nullptr;
 };
 
 class Scene {
@@ -54,8 +63,12 @@ public:
     const SceneObject& PrototypeObject(ObjectKind pKind) const;
 
     // The property that the prototype has at this path of names with '/' between them, seen through the object; invalid
-    // when it has none. Costs no search in the pages: an id means the same property in all objects of a kind.
+    // when it has none. Costs no search in the pages.
     KLyrPropertyHandle Known(const SceneObject& pObject, const std::string& pPath) const;
+    // The id of that property, or -1.
+    int KnownId(ObjectKind pKind, const std::string& pPath) const;
+    // The property that the member of that name in an object of the file states.
+    KnownProperty StatedBy(ObjectKind pKind, const std::string& pMember) const;
 
     // A new property below pParent, typed by the type page of that name, with the next user tag of pObject. The default
     // handle when there is no memory for it.
@@ -70,6 +83,7 @@ private:
     Prototypes mPrototypes;
     std::array<SceneObject, kKindCount> mPrototypeObjects;
     std::array<std::unordered_map<std::string, int>, kKindCount> mKnownIds;
+    std::array<std::unordered_map<std::string, KnownProperty>, kKindCount> mMembers;
     std::deque<SceneObject> mObjects;
     std::array<std::vector<SceneObject*>, kKindCount> mByKind;
     bool mComplete = true;

@@ -113,35 +113,40 @@ std::string BoundText(const KLyrPropertyHandle& pProperty, Bound pBound) {
     return GetBound(pProperty, pBound, &lText, eSTRING) ? std::string(lText.Buffer()) : std::string();
 }
 
-bool SetNumbersFromJson(KLyrPropertyHandle& pProperty, const Json& pJson, int pCount, std::string& pExpected) {
-    pExpected = pCount == 1 ? "a number" : "an array of " + std::to_string(pCount) + " numbers";
-    double lNumbers[kMaxElements] = {};
-    if (pCount == 1) {
-        if (!pJson.is_number())
-            return false;
-        lNumbers[0] = pJson.get<double>();
-        const bool lTooLarge = std::abs(lNumbers[0]) > static_cast<double>(std::numeric_limits<float>::max());
-        if (pProperty.GetType() == eDISTANCE && lTooLarge) {
-            pExpected = "a length that a float can hold";
-            return false;
-        }
-        return SetNumbers(pProperty, lNumbers);
+bool IsLength(double pValue) {
+    return std::abs(pValue) <= static_cast<double>(std::numeric_limits<float>::max());
+}
+
+bool SetElements(KLyrPropertyHandle& pProperty, ELyrType pType, const double* pValues) {
+    if (pType == eDISTANCE) {
+        const lyrDistance lDistance(static_cast<float>(pValues[0]), KLyrSystemUnit::m);
+        return pProperty.Set(&lDistance, eDISTANCE, false);
     }
-    if (!pJson.is_array() || pJson.size() != static_cast<std::size_t>(pCount))
+    return ElementCount(pType) > 0 && pProperty.Set(pValues, pType, false);
+}
+
+// As many numbers as the type has elements.
+bool SetNumbersFromJson(KLyrPropertyHandle& pProperty, ELyrType pType, const Json& pJson) {
+    const int lCount = pType == eDISTANCE ? 1 : ElementCount(pType);
+    double lNumbers[kMaxElements] = {};
+    if (lCount == 1) {
+        lNumbers[0] = pJson.is_number() ? pJson.get<double>() : 0;
+        return pJson.is_number() && (pType != eDISTANCE || IsLength(lNumbers[0])) &&
+               SetElements(pProperty, pType, lNumbers);
+    }
+    if (!pJson.is_array() || pJson.size() != static_cast<std::size_t>(lCount))
         return false;
-    for (int i = 0; i < pCount; ++i) {
+    for (int i = 0; i < lCount; ++i) {
         const Json& lElement = pJson[static_cast<std::size_t>(i)];
         if (!lElement.is_number())
             return false;
         // The file has the matrix column by column, the library row by row.
-        lNumbers[pCount == kMaxElements ? i % 4 * 4 + i / 4 : i] = lElement.get<double>();
+        lNumbers[lCount == kMaxElements ? i % 4 * 4 + i / 4 : i] = lElement.get<double>();
     }
-    return SetNumbers(pProperty, lNumbers);
+    return SetElements(pProperty, pType, lNumbers);
 }
 
-bool SetChoiceFromJson(const KLyrPropertyHandle& pProperty, const PropertyFacts& pFacts, const Json& pJson,
-                       std::string& pExpected) {
-    pExpected = "one of " + std::string(pFacts.row ? pFacts.row->choices : "");
+bool SetChoiceFromJson(const KLyrPropertyHandle& pProperty, const PropertyFacts& pFacts, const Json& pJson) {
     if (pFacts.codes.empty())
         return pJson.is_string() &&
                SetChoice(pProperty, FindChoice(pProperty, pJson.get_ref<const std::string&>().c_str()));
@@ -153,6 +158,42 @@ bool SetChoiceFromJson(const KLyrPropertyHandle& pProperty, const PropertyFacts&
             return SetChoice(pProperty, static_cast<int>(i));
     }
     return false;
+}
+
+// What SetFromJson takes for a property of that type; pJson is what it did not take.
+std::string ExpectedText(ELyrType pType, const PropertyFacts& pFacts, const Json& pJson) {
+    switch (pType) {
+        case eBOOL1:
+            return "true or false";
+        case eINTEGER1:
+            return "a whole number";
+        case eSTRING:
+            return "a text";
+        case eENUM:
+            return "one of " + std::string(pFacts.row ? pFacts.row->choices : "");
+        case eDISTANCE:
+            return pJson.is_number() && !IsLength(pJson.get<double>()) ? "a length that a float can hold" : "a number";
+        case eDOUBLE1:
+            return "a number";
+        default:
+            return "an array of " + std::to_string(ElementCount(pType)) + " numbers";
+    }
+}
+
+bool SetTypeFromJson(KLyrPropertyHandle& pProperty, ELyrType pType, const PropertyFacts& pFacts, const Json& pJson) {
+    int lValue = 0;
+    switch (pType) {
+        case eBOOL1:
+            return pJson.is_boolean() && SetBool(pProperty, pJson.get<bool>());
+        case eINTEGER1:
+            return ToInt(pJson, lValue) && SetInt(pProperty, lValue);
+        case eSTRING:
+            return pJson.is_string() && SetString(pProperty, pJson.get_ref<const std::string&>());
+        case eENUM:
+            return SetChoiceFromJson(pProperty, pFacts, pJson);
+        default:
+            return SetNumbersFromJson(pProperty, pType, pJson);
+    }
 }
 
 // A distance compares in inches, like any other number; both sides are distances.
@@ -226,11 +267,7 @@ bool SetBytes(KLyrPropertyHandle pProperty, const void* pBytes, std::size_t pSiz
 }
 
 bool SetNumbers(KLyrPropertyHandle pProperty, const double* pValues) {
-    if (pProperty.GetType() == eDISTANCE) {
-        const lyrDistance lDistance(static_cast<float>(pValues[0]), KLyrSystemUnit::m);
-        return pProperty.Set(&lDistance, eDISTANCE, false);
-    }
-    return ElementCount(pProperty.GetType()) > 0 && pProperty.Set(pValues, pProperty.GetType(), false);
+    return SetElements(pProperty, pProperty.GetType(), pValues);
 }
 
 bool SetFromText(KLyrPropertyHandle pProperty, const char* pText) {
@@ -256,23 +293,10 @@ bool SetLimitsFromText(KLyrPropertyHandle pProperty, const char* pLimits, const 
 
 bool SetFromJson(KLyrPropertyHandle pProperty, const PropertyFacts& pFacts, const Json& pJson, std::string& pExpected) {
     const ELyrType lType = pProperty.GetType();
-    switch (lType) {
-        case eBOOL1:
-            pExpected = "true or false";
-            return pJson.is_boolean() && SetBool(pProperty, pJson.get<bool>());
-        case eINTEGER1: {
-            pExpected = "a whole number";
-            int lValue = 0;
-            return ToInt(pJson, lValue) && SetInt(pProperty, lValue);
-        }
-        case eSTRING:
-            pExpected = "a text";
-            return pJson.is_string() && SetString(pProperty, pJson.get_ref<const std::string&>());
-        case eENUM:
-            return SetChoiceFromJson(pProperty, pFacts, pJson, pExpected);
-        default:
-            return SetNumbersFromJson(pProperty, pJson, lType == eDISTANCE ? 1 : ElementCount(lType), pExpected);
-    }
+    if (SetTypeFromJson(pProperty, lType, pFacts, pJson))
+        return true;
+    pExpected = ExpectedText(lType, pFacts, pJson);
+    return false;
 }
 
 std::string ValueText(const KLyrPropertyHandle& pProperty) {

@@ -88,6 +88,32 @@ TEST(Inspect, FindsPathsWithAnySeparator) {
     EXPECT_EQ(lFound({"--find", "extras", "--object", "node:1"}).size(), 2u);
 }
 
+TEST(Inspect, TakesAMemberWhoseNameReadsLikeAPathForOneOfItsOwn) {
+    const std::string lScene =
+        Document("\"nodes\":[{\"transform/scale\":2}],\"materials\":[{\"pbrMetallicRoughness/metallicFactor\":0.5}]");
+    const std::string lOutput = InspectText(lScene, {"--only-overrides"}).output;
+    EXPECT_EQ(LinesWith(lOutput, "scale"), std::vector<std::string>{"  own        transform/scale: int = 2 [USER]"});
+    EXPECT_EQ(LinesWith(lOutput, "Factor"),
+              std::vector<std::string>{"  own        pbrMetallicRoughness/metallicFactor: double = 0.5 [USER]"});
+}
+
+TEST(Inspect, WarnsOfIndicesThatAListRepeats) {
+    // The second list is longer than those that are looked through one by one.
+    std::string lMany = "0,1";
+    for (int i = 2; i < 40; ++i)
+        lMany += ',' + std::to_string(i);
+    for (const std::string& lList : {std::string("0,1"), lMany}) {
+        std::string lNodes = "{\"children\":[" + lList;
+        lNodes += ",1]}";
+        for (int i = 1; i < 40; ++i)
+            lNodes += ",{}";
+        const Outcome lOutcome = InspectText(Document("\"nodes\":[" + lNodes + ']'));
+        EXPECT_EQ(lOutcome.errors,
+                  "lyrinspect: warning: node:0 children lists 1 twice\n"
+                  "lyrinspect: warning: node:0 is listed as its own child; the link is left out\n");
+    }
+}
+
 TEST(Inspect, SaysWhatIsNotThere) {
     const std::string lScene = Document("\"nodes\":[{}]");
     const Outcome lObject = InspectText(lScene, {"--object", "no\nbody"});

@@ -142,6 +142,28 @@ TEST(Scene, GivesEveryInstanceTheDefaultsOfItsPrototype) {
     EXPECT_EQ(lScene.ObjectAt(ObjectKind::eNode, -1), nullptr);
 }
 
+TEST(Scene, KnowsWhichPropertyAMemberOfTheFileStates) {
+    Scene lScene;
+    const SceneObject* lNode = lScene.AddObject(ObjectKind::eNode, 0);
+    ASSERT_TRUE(lNode);
+    const auto lPath = [&](const char* pMember) {
+        const KnownProperty lStated = lScene.StatedBy(ObjectKind::eNode, pMember);
+        EXPECT_EQ(lStated.facts != nullptr, lStated.id != -1) << pMember;
+        return lStated.facts ? PathOf(KLyrPropertyHandle(lNode->root.GetPage(), lStated.id), '/') : std::string("-");
+    };
+    EXPECT_EQ(lPath("name"), "name");
+    EXPECT_EQ(lPath("scale"), "transform/scale");
+    EXPECT_EQ(lPath("transform"), "-");
+    EXPECT_EQ(lPath("transform/scale"), "-");
+    EXPECT_EQ(lPath("parent"), "-");
+    EXPECT_EQ(lPath("colour"), "-");
+    EXPECT_EQ(lScene.StatedBy(ObjectKind::eNode, "children").facts->target, ObjectKind::eNode);
+    EXPECT_TRUE(lScene.StatedBy(ObjectKind::eNode, "children").facts->many);
+    EXPECT_FALSE(lScene.StatedBy(ObjectKind::eNode, "mesh").facts->many);
+    EXPECT_EQ(lScene.KnownId(ObjectKind::eNode, "transform/scale"), lScene.StatedBy(ObjectKind::eNode, "scale").id);
+    EXPECT_EQ(lScene.KnownId(ObjectKind::eNode, "colour"), -1);
+}
+
 TEST(Scene, NamesObjectsAndPaths) {
     Scene lScene;
     SceneObject* lMesh = lScene.AddObject(ObjectKind::eMesh, 4);
