@@ -1,6 +1,7 @@
 #include "tools/lyrinspect/rules.h"
 
 #include <algorithm>
+#include <bitset>
 #include <iterator>
 #include <string>
 #include <string_view>
@@ -170,14 +171,20 @@ void Check(const Rule& pRule, const SceneObject& pObject, const Json& pJson, con
 void CheckRules(const SceneObject& pObject, const Json& pJson, Warnings& pWarnings) {
     if (!pJson.is_object())
         return;
-    const auto& lMembers = pJson.get_ref<const Json::object_t&>();
     const auto lRules = std::equal_range(std::begin(kRules), std::end(kRules), pObject.kind, ByKind());
-    for (const Rule* lRule = lRules.first; lRule != lRules.second; ++lRule) {
-        // An object has few members, and most rules are about others.
-        const bool lStated = std::any_of(lMembers.begin(), lMembers.end(),
-                                         [lRule](const auto& pMember) { return pMember.first == lRule->first; });
-        if (lStated || (lRule->first == lRule->member && IsDemandFor(lRule->demand)))
-            Check(*lRule, pObject, pJson, "", pWarnings);
+    const std::size_t lCount = static_cast<std::size_t>(lRules.second - lRules.first);
+    // Most rules are about members that the object does not state.
+    std::bitset<std::size(kRules)> lStated;
+    for (const auto& lMember : pJson.get_ref<const Json::object_t&>()) {
+        for (std::size_t i = 0; i < lCount; ++i) {
+            if (lRules.first[i].first == lMember.first)
+                lStated.set(i);
+        }
+    }
+    for (std::size_t i = 0; i < lCount; ++i) {
+        const Rule& lRule = lRules.first[i];
+        if (lStated.test(i) || (lRule.first == lRule.member && IsDemandFor(lRule.demand)))
+            Check(lRule, pObject, pJson, "", pWarnings);
     }
 }
 
