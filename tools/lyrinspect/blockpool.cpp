@@ -50,8 +50,16 @@ constexpr std::size_t FootprintOf(std::size_t pSize) {
     return (std::max(pSize, sizeof(FreeBlock)) + kHeader + kAlignment - 1) / kAlignment * kAlignment;
 }
 
+// At the front of a chunk, where the first block's header would not be aligned.
+struct Chunk {
+    Chunk* next;
+};
+static_assert(sizeof(Chunk) + kHeader <= kAlignment);
+
 struct Pool {
-    // What is free of the newest chunk. It begins with a header, behind which a block is aligned.
+    // Kept so that who looks for lost memory finds all of it held.
+    Chunk* chunks = nullptr;
+    // What is free of the newest chunk. Behind a header at its front a block is aligned.
     char* free = nullptr;
     char* end = nullptr;
     std::size_t nextChunk = kFirstChunk;
@@ -65,16 +73,17 @@ Pool sgPool;
 bool AddChunk() {
     const std::size_t lSize = sgPool.nextChunk;
     const bool lLarge = lSize >= kLargePage;
-    char* lChunk = static_cast<char*>(std::aligned_alloc(lLarge ? kLargePage : kAlignment, lSize));
-    if (!lChunk)
+    void* lMemory = std::aligned_alloc(lLarge ? kLargePage : kAlignment, lSize);
+    if (!lMemory)
         return false;
 #ifdef MADV_HUGEPAGE
     // A refusal costs time only.
     if (lLarge)
-        madvise(lChunk, lSize, MADV_HUGEPAGE);
+        madvise(lMemory, lSize, MADV_HUGEPAGE);
 #endif
-    sgPool.free = lChunk + kAlignment - kHeader;
-    sgPool.end = lChunk + lSize;
+    sgPool.chunks = ::new (lMemory) Chunk{sgPool.chunks};
+    sgPool.free = static_cast<char*>(lMemory) + kAlignment - kHeader;
+    sgPool.end = static_cast<char*>(lMemory) + lSize;
     sgPool.nextChunk = std::min(lSize * 2, kLargestChunk);
     return true;
 }
