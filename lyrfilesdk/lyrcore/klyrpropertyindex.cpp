@@ -73,7 +73,7 @@ KLyrPropertyIndex* KLyrPropertyIndex::Create(const KLyrPropertyPage::KEntryMap& 
         return nullptr;
     const unsigned lCount = static_cast<unsigned>(pEntries.GetSize());
     unsigned lSlots = kFirstSlots;
-    while (lSlots / 2 <= lCount && lSlots != 0)
+    while (lSlots / 2 <= lCount && lSlots != 0)  // LCOV_EXCL_BR_LINE: 0 takes more properties than memory holds
         lSlots *= 2;
     if (!lIndex->mChildren.Reserve(lCount + lCount / 2 + kRecords) || !lIndex->ResizeTable(lSlots)) {
         Destroy(lIndex);
