@@ -52,6 +52,12 @@ struct Hub {
         for (int i = 0; i < kPeers; ++i)
             mEntries.emplace_back(KLyrPropertyEntry::Create(0, nullptr, nullptr, PeerItem(i)));
     }
+    void HoldItemsInPages() {
+        for (int i = 0; i < kPeers; ++i)
+            EXPECT_EQ(HolderOf(i)->Add(0, nullptr, nullptr, PeerItem(i), false), 2);
+    }
+    // The page that holds a peer's item then.
+    KLyrPropertyPage* HolderOf(int pIndex) const { return Peer((pIndex + 1) % kPeers); }
 
     void ExpectLeft() {
         for (KLyrConnectionPointFilter* lFilter :
@@ -70,8 +76,9 @@ struct Way {
     const char* mName;
     // Takes away the connection to one peer.
     void (*mTakeAway)(Hub& pHub, int pPeer);
-    // With the peers' items in entries of the application's, too.
+    // With the peers' items in entries of the application's, too, or in pages that they were not made for.
     bool mEntries = false;
+    bool mPages = false;
 
     friend void PrintTo(const Way& pWay, std::ostream* pOut) { *pOut << pWay.mName; }
 };
@@ -106,6 +113,13 @@ const Way kWays[] = {
          lEntry.reset();
      },
      true},
+    {"EndOfAnotherPagesEntryWithThePeersItem",
+     [](Hub& h, int i) {
+         h.Peer(i)->GetPropertyEntry(1)->Set(static_cast<KLyrPropertyConnect*>(nullptr));
+         EXPECT_EQ(h.mHub->GetSrcCount(1, nullptr), static_cast<int>(h.mLeft.size()));
+         EXPECT_TRUE(h.HolderOf(i)->RemoveOwnEntry(2));
+     },
+     false, true},
 };
 
 class FailingMemoryTakingAway : public testing::TestWithParam<Way> {};
@@ -117,6 +131,8 @@ TEST_P(FailingMemoryTakingAway, LeavesTheOthersInOrderWhateverIsRefused) {
         Hub lHub;
         if (GetParam().mEntries)
             lHub.HoldItems();
+        if (GetParam().mPages)
+            lHub.HoldItemsInPages();
         std::size_t lRefused = 0;
         while (!lHub.mLeft.empty()) {
             const auto lAt = lHub.mLeft.begin() + static_cast<std::ptrdiff_t>(lHub.mLeft.size() / 2);
