@@ -56,7 +56,7 @@ bool KHungryAllocator::Reserve(std::size_t pRecordCount) {
     return true;
 }
 
-bool KHungryAllocator::HasRoom() const {
+bool KHungryAllocator::HasRoomInAnyBlock() const {
     const MemoryBlock* lBlock = mData;
     while (lBlock && !lBlock->HasRoom(mRecordSize))
         lBlock = lBlock->mNextBlock;

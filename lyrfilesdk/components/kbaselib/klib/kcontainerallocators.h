@@ -111,7 +111,7 @@ public:
     // Records reserved so far, over all blocks.
     std::size_t GetRecordPoolSize() const { return mRecordPoolSize; }
     // Whether the next record comes out of a block that is there.
-    bool HasRoom() const;
+    bool HasRoom() const { return (mData && mData->HasRoom(mRecordSize)) || HasRoomInAnyBlock(); }
     // Exchanges blocks and record sizes with another allocator.
     void Swap(KHungryAllocator& pOther);
     // The newest block, or null when there is none.
@@ -131,6 +131,7 @@ public:
     }
 
 private:
+    bool HasRoomInAnyBlock() const;
     void* AllocateFromAnyBlock(std::size_t pRecordCount);
 
     std::size_t mRecordSize;

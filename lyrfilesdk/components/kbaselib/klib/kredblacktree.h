@@ -112,10 +112,7 @@ public:
     bool Reserve(unsigned int pCount) { return mAllocator.Reserve(pCount); }
     // Of a KHungryAllocator only; what they tell is said in the map.
     std::size_t GetReservedCount() const { return mAllocator.GetRecordPoolSize(); }
-    bool HasRoom() const {  // of a KHungryAllocator only; for one record more
-        const auto* lNewest = mAllocator.GetNewestBlock();
-        return (lNewest && lNewest->HasRoom(mAllocator.GetRecordSize())) || mAllocator.HasRoom();
-    }
+    bool HasRoom() const { return mAllocator.HasRoom(); }  // of a KHungryAllocator only; for one record more
     // Of a KHungryAllocator only; what it does is said in the map.
     bool Compact(unsigned int pMore) {
         static_assert(std::is_trivially_copyable_v<KeyType>, "the old records are dropped as they are");
