@@ -258,15 +258,13 @@ int KLyrPropertyPage::Add(int pParentId, KLyrPropertyInfo* pInfo, KLyrPropertyVa
         return lId;
 
     // The caller's items must outlive the entry that counted them.
-    if (pInfo)
-        pInfo->IncRef();
+    pInfo->IncRef();
     if (pValue)
         pValue->IncRef();
     if (pConnect)
         pConnect->IncRef();
     UndoAdd(lId);
-    if (pInfo)
-        --pInfo->mRef;
+    --pInfo->mRef;
     if (pValue)
         --pValue->mRef;
     if (pConnect)

@@ -209,6 +209,26 @@ TEST_F(KLyrPropertyPageFailingMemoryTest, OverridingGivesAnItemOrChangesNothing)
                        [](Family& pFamily) { EXPECT_EQ(Held(pFamily.mLeaf), "1<0 -v- 0\n"); });
 }
 
+TEST_F(KLyrPropertyPageFailingMemoryTest, OverridingATypedDescriptionGivesAnItemOrChangesNothing) {
+    WithEveryAllocationFailing([](FailurePoint pPoint) {
+        const OwnedPage lType = MakeRoot("type", eDOUBLE1);
+        const OwnedPage lRoot = MakeRoot();
+        const int lId = lRoot->Add(0, "typed", lType.get());
+        const OwnedPage lInstance = MakeInstance(lRoot);
+        bool lDone = false;
+        std::size_t lFailed = 0;
+        {
+            const FailAllocations lFail(pPoint.mFirst, pPoint.mForever);
+            lDone = Override<KLyrPropertyInfo>(lInstance, lId);
+            lFailed = lFail.Failed();
+        }
+        EXPECT_EQ(lDone, lFailed == 0);
+        EXPECT_EQ(lDone, OwnEntry(lInstance, lId) != nullptr);
+        EXPECT_EQ(lInstance->GetTypeInfo(lId), lType.get());
+        return lFailed;
+    });
+}
+
 TEST_F(KLyrPropertyPageFailingMemoryTest, FlagsAreChangedOrNot) {
     ExpectAllOrNothing(
         [](Family& pFamily) { return pFamily.mLeaf->ModifyFlags(pFamily.mText, Flag::eHIDDEN, true, false); },

@@ -33,6 +33,7 @@ void MakeAdded(S& pStage) {
     MakeBelowHold(pStage);
     pStage.mBelow->Add(0, "added", eSTRING);
     pStage.mBelow->Add(0, "also added", eDOUBLE1);
+    pStage.mBelow->Add(0, "and this", eDOUBLE1);
     pStage.mBelow->ConnectSrc(kAdded, pStage.mPeer.get(), 0, eLyrConnectionData);
 }
 
