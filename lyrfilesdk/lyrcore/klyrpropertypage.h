@@ -29,7 +29,7 @@
 // ids lie. The last two walks are remembered for the family: three that take turns, and all once a property was added
 // under a larger id than its own, may look at every id between two descendants. No lookup, read or walk allocates. The
 // memory of entries that went is used again: a page holds room for about twice the entries it had most at a time. A
-// page of 32 entries or more has a table and an index beside them, at 105 to 165 bytes an entry (55 to 90 on 32 bit),
+// page of 32 entries or more has a table and an index beside them, at 105 to 165 bytes an entry (60 to 95 on 32 bit),
 // and a family of 128 properties has the room for walks, at 8 to 16.
 //
 // A page family is used by one thread at a time. While nobody changes it, several threads may read it together, but for
