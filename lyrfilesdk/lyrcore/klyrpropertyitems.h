@@ -14,7 +14,7 @@
 // back with DecRef, which frees it with the last reference. Counts are not atomic: a page family belongs to one thread.
 // Create and Clone give null when there is no memory.
 
-#include <functional>
+#include <type_traits>
 
 #include "lyrfilesdk/components/kbaselib/klib/kapi.h"
 #include "lyrfilesdk/components/kbaselib/klib/kassert.h"
@@ -55,23 +55,31 @@ struct Link {
 };
 
 template <auto pMember, typename T>
+Link<T>& LinkOf(T* pItem) {
+    if constexpr (std::is_member_object_pointer_v<decltype(pMember)>)
+        return pItem->*pMember;
+    else
+        return (pItem->*pMember)();
+}
+
+template <auto pMember, typename T>
 void Insert(T* pItem, T*& pFirst) {
-    Link<T>& lLink = std::invoke(pMember, *pItem);
+    Link<T>& lLink = LinkOf<pMember>(pItem);
     lLink.mBack = &pFirst;
     lLink.mNext = pFirst;
     if (pFirst)
-        std::invoke(pMember, *pFirst).mBack = &lLink.mNext;
+        LinkOf<pMember>(pFirst).mBack = &lLink.mNext;
     pFirst = pItem;
 }
 
 // Does nothing for an item outside a list.
 template <auto pMember, typename T>
 void TakeOut(T* pItem) {
-    Link<T>& lLink = std::invoke(pMember, *pItem);
+    Link<T>& lLink = LinkOf<pMember>(pItem);
     if (lLink.mBack)
         *lLink.mBack = lLink.mNext;
     if (lLink.mNext)
-        std::invoke(pMember, *lLink.mNext).mBack = lLink.mBack;
+        LinkOf<pMember>(lLink.mNext).mBack = lLink.mBack;
     lLink = Link<T>();
 }
 
