@@ -204,7 +204,7 @@ void KLyrPropertyIndex::TakeOutName(KLyrPropertyEntry* pEntry) {
     NodeOf(pEntry).mIndex->TakeOut(pEntry);
 }
 
-// There are fewer trees than slots: every one has an entry, and MakeRoom counts those. The entry takes the place of the
+// There are fewer trees than slots: every one has an entry, and Add counts those. The entry takes the place of the
 // first one on its way down that has a lower rank, and that one's subtree is split.
 void KLyrPropertyIndex::PutIn(KLyrPropertyEntry* pEntry) {
     const KLyrPropertyInfo* lInfo = InfoOf(pEntry);

@@ -397,6 +397,7 @@ bool KLyrPropertyPage::RemoveOwnEntry(int pId) {
     KLyrPropertyEntry* lEntry = FindOwnEntry(pId);
     if (!lEntry)
         return false;
+    // The walk looks at the children, and so at the index, which has every entry of the map as long as it is asked.
     if (mIdGenerator->mWalk && !Inherits(pId))
         mIdGenerator->mWalk->PropertyRemoved(pId);
     TakeFromTable(pId, lEntry);

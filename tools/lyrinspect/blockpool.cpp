@@ -69,18 +69,28 @@ struct Pool {
 
 Pool sgPool;
 
-// What is left of the chunk before is lost: less than the largest pooled block.
-bool AddChunk() {
-    const std::size_t lSize = sgPool.nextChunk;
-    const bool lLarge = lSize >= kLargePage;
-    void* lMemory = std::aligned_alloc(lLarge ? kLargePage : kAlignment, lSize);
-    if (!lMemory)
-        return false;
+void* AllocateChunk(std::size_t pSize) {
+    const bool lLarge = pSize >= kLargePage;
+    void* lMemory = std::aligned_alloc(lLarge ? kLargePage : kAlignment, pSize);
 #ifdef MADV_HUGEPAGE
     // A refusal costs time only.
-    if (lLarge)
-        madvise(lMemory, lSize, MADV_HUGEPAGE);
+    if (lMemory && lLarge)
+        madvise(lMemory, pSize, MADV_HUGEPAGE);
 #endif
+    return lMemory;
+}
+
+// What is left of the chunk before is lost: less than the largest pooled block. Where memory is short, a smaller chunk
+// may still be there.
+bool AddChunk() {
+    std::size_t lSize = sgPool.nextChunk;
+    void* lMemory = AllocateChunk(lSize);
+    while (!lMemory && lSize > kFirstChunk) {
+        lSize /= 2;
+        lMemory = AllocateChunk(lSize);
+    }
+    if (!lMemory)
+        return false;
     sgPool.chunks = ::new (lMemory) Chunk{sgPool.chunks};
     sgPool.free = static_cast<char*>(lMemory) + kAlignment - kHeader;
     sgPool.end = static_cast<char*>(lMemory) + lSize;

@@ -88,6 +88,14 @@ constexpr Rule kRules[] = {
     {ObjectKind::eChannel, Demand::eRequired, "target/path", ""},
 };
 
+constexpr bool AreInOrder() {
+    for (std::size_t i = 1; i < std::size(kRules); ++i)
+        if (kRules[i].kind < kRules[i - 1].kind)
+            return false;
+    return true;
+}
+static_assert(AreInOrder(), "the rules of one kind are looked up together");
+
 struct ByKind {
     bool operator()(const Rule& pRule, ObjectKind pKind) const { return pRule.kind < pKind; }
     bool operator()(ObjectKind pKind, const Rule& pRule) const { return pKind < pRule.kind; }

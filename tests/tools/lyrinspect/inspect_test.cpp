@@ -125,6 +125,10 @@ TEST(Inspect, SaysWhatIsNotThere) {
     EXPECT_EQ(lProperty.errors, "lyrinspect: FILE: no property \"a/b\"\n");
     // An object without a name is not an object of the empty name.
     EXPECT_EQ(InspectText(lScene, {"--object", ""}).status, eExitUnreadable);
+    // Nor is one that has a property of its own called so, where the format knows no names.
+    const char* lNamedFile = R"({"asset": {"version": "2.0"}, "name": "x"})";
+    EXPECT_EQ(InspectText(lNamedFile, {"--object", ""}).status, eExitUnreadable);
+    EXPECT_EQ(InspectText(lNamedFile, {"--object", "x"}).status, eExitUnreadable);
 }
 
 TEST(Inspect, TurnsUnknownExtensionsAndExtrasIntoUserProperties) {
