@@ -55,7 +55,7 @@ struct Link {
 };
 
 template <auto pMember, typename T>
-Link<T>& LinkOf(T* pItem) {
+Link<T>& LinkOf(T* pItem) noexcept {
     if constexpr (std::is_member_object_pointer_v<decltype(pMember)>)
         return pItem->*pMember;
     else
@@ -63,7 +63,7 @@ Link<T>& LinkOf(T* pItem) {
 }
 
 template <auto pMember, typename T>
-void Insert(T* pItem, T*& pFirst) {
+void Insert(T* pItem, T*& pFirst) noexcept {
     Link<T>& lLink = LinkOf<pMember>(pItem);
     lLink.mBack = &pFirst;
     lLink.mNext = pFirst;
@@ -74,7 +74,7 @@ void Insert(T* pItem, T*& pFirst) {
 
 // Does nothing for an item outside a list.
 template <auto pMember, typename T>
-void TakeOut(T* pItem) {
+void TakeOut(T* pItem) noexcept {
     Link<T>& lLink = LinkOf<pMember>(pItem);
     if (lLink.mBack)
         *lLink.mBack = lLink.mNext;
