@@ -425,11 +425,11 @@ void KLyrPropertyPage::PutIntoTable(int pId, KLyrPropertyEntry* pEntry) {
         EnlargeWalk();
     if (mTable ? !mTable->Add(pId, pEntry, lCount) : lDoubled)
         mTable = EntryTable::Renew(mEntries, mTable);
-    if (!GetIndex()) {
-        if (mTable && lDoubled)
-            mTable->mIndex = KLyrPropertyIndex::Create(mEntries);
-    } else if (!mTable->mIndex->Add(pId, pEntry, FindOwnEntry(pEntry->GetParentId()))) {
-        DropIndex();
+    if (KLyrPropertyIndex* lIndex = GetIndex()) {
+        if (!lIndex->Add(pId, pEntry, FindOwnEntry(pEntry->GetParentId())))
+            DropIndex();
+    } else if (mTable && lDoubled) {
+        mTable->mIndex = KLyrPropertyIndex::Create(mEntries);
     }
 }
 
@@ -459,6 +459,7 @@ void KLyrPropertyPage::TakeFromTable(int pId, KLyrPropertyEntry* pEntry) {
 }
 
 void KLyrPropertyPage::DropIndex() {
+    // NOLINTNEXTLINE(clang-analyzer-core.NullDereference): there is an index, so there is the table that has it
     mTable->mIndex->Forget();
     KLyrPropertyIndex::Destroy(mTable->mIndex);
     mTable->mIndex = nullptr;
