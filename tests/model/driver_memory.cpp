@@ -70,7 +70,7 @@ bool Driver::AddPartly(const Arguments& pA, Kind pKind) {
     mPair.mModel.TakeReports();
     // All of them may have been there when memory ended.
     if (lId >= 0)
-        lPage->mEntries.erase(lPage->mEntries.lower_bound(lId), lPage->mEntries.end());
+        lPage->UndoAdd(lId);
     return Try(lBefore);
 }
 

@@ -136,6 +136,14 @@ TEST_F(PropertyModelMemory, IsRefusedWhileATypePageIsCopied) {
     EXPECT_GE(lOutcomes[Scarce::ePartly], 4);
 }
 
+// The model kept the name of an add that was refused behind its only property; a lookup then found the namesake above.
+TEST_F(PropertyModelMemory, IsRefusedWhileABracketOfAnInstanceHasNotSeenTheNamesake) {
+    std::map<Scarce, int> lOutcomes = RefuseEach({"CreateNamed 0 0", "Add 0 0 0 0", "CreateInstance 0 0",
+                                                  "CreateNamed 0 0", "BeginCreateOrFind 1", "Add 0 0 51 0"},
+                                                 "AddTyped 1 0 51 2");
+    EXPECT_GE(lOutcomes[Scarce::ePartly], 2);
+}
+
 TEST_F(PropertyModelMemory, IsRefusedInAShortSequenceWhenTheTwoDiverge) {
     ScarceCounts lCounts{};
     const std::string lText = RunSeedScarce(3, 3000, lCounts, Fault::eRefusedPairLeavesNoCopy);

@@ -127,7 +127,7 @@ int Page::Add(int pParent, const std::string& pName, Page* pTypeInfo) {
     return Add(pParent, lInfo, std::make_shared<Value>(pTypeInfo ? pTypeInfo->GetType(0) : 0), false, true);
 }
 
-// All of it or nothing, in the bracket's names as well; the ids stay used.
+// All of it or nothing.
 int Page::Add(int pParent, std::shared_ptr<Info> pInfo, std::shared_ptr<Value> pValue, bool pConnect, bool pRecursive) {
     Plan lPlan = PlanOf(std::move(pInfo), std::move(pValue), pConnect);
     std::vector<Page*> lAbove;
@@ -135,12 +135,15 @@ int Page::Add(int pParent, std::shared_ptr<Info> pInfo, std::shared_ptr<Value> p
         PlanType(lPlan, lAbove);
     const int lFirst = *mNextId;
     const int lId = AddPlanned(pParent, lPlan);
-    if (lId < 0 && lFirst >= 0) {
-        mEntries.erase(mEntries.lower_bound(lFirst), mEntries.end());
-        for (auto lName = mNames.begin(); lName != mNames.end();)
-            lName = lName->second >= lFirst ? mNames.erase(lName) : std::next(lName);
-    }
+    if (lId < 0 && lFirst >= 0)
+        UndoAdd(lFirst);
     return lId;
+}
+
+void Page::UndoAdd(int pFirst) {
+    mEntries.erase(mEntries.lower_bound(pFirst), mEntries.end());
+    for (auto lName = mNames.begin(); lName != mNames.end();)
+        lName = lName->second >= pFirst ? mNames.erase(lName) : std::next(lName);
 }
 
 int Page::CountOfTyped(Page* pTypeInfo) {

@@ -136,6 +136,8 @@ struct Page {
     int Add(int pParent, const std::string& pName, int pType);
     int Add(int pParent, const std::string& pName, Page* pTypeInfo);
     int Add(int pParent, std::shared_ptr<Info> pInfo, std::shared_ptr<Value> pValue, bool pConnect, bool pRecursive);
+    // Takes back what was added from an id on, in the bracket's names as well; the ids stay used.
+    void UndoAdd(int pFirst);
     // How many properties a typed add would make.
     int CountOfTyped(Page* pTypeInfo);
     int TakeId();
