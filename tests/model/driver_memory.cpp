@@ -37,7 +37,7 @@ bool Driver::PushPartly(const Arguments& pA) {
     lBefore.CopyFrom(mPair.mModel);
     std::vector<int> lNew;
     for (const auto& [lId, lEntry] : pA.mPages[0]->mEntries)
-        if (!pA.mPages[0]->mInstanceOf->Own(lId))
+        if (lEntry.IsPushed() && !pA.mPages[0]->mInstanceOf->Own(lId))
             lNew.push_back(lId);
     for (std::size_t i = 0; i < lNew.size(); ++i) {
         const auto lFrom = lNew.begin() + static_cast<std::ptrdiff_t>(i);

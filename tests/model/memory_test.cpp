@@ -127,6 +127,15 @@ TEST_F(PropertyModelMemory, IsRefusedWhileManyPropertiesArePushed) {
     EXPECT_GE(lOutcomes[Scarce::ePartly], 4);
 }
 
+// An entry that holds nothing goes without memory, also among those that have no room above.
+TEST_F(PropertyModelMemory, IsRefusedWhileAnEmptyEntryIsPushedAmongOthers) {
+    std::vector<const char*> lBefore = {"CreateNamed 0 9", "Add 0 0 0 0", "CreateInstance 0 0", "CreateInstance 1 0"};
+    for (const char* lStep : {"Set 2 0 9 1 0", "ChangeEntryState 2 1 0", "Add 2 0 1 1"})
+        lBefore.push_back(lStep);
+    std::map<Scarce, int> lOutcomes = RefuseEach(lBefore, "PushRoot 2");
+    EXPECT_GE(lOutcomes[Scarce::ePartly], 2);
+}
+
 TEST_F(PropertyModelMemory, IsRefusedWhileATypePageIsCopied) {
     std::vector<const char*> lBefore = {"CreateNamed 0 0", "CreateNamed 1 0", "BeginCreateOrFind 1"};
     for (const char* lAdd : {"Add 0 0 0 0", "Add 0 0 1 9", "Add 0 1 2 9"})

@@ -98,6 +98,8 @@ struct Entry {
 
     bool Has(Item pItem) const;
     bool IsEmpty() const { return !mInfo && !mValue && !mConnect && mMask == 0; }
+    // Whether there is something to push into the page above.
+    bool IsPushed() const { return mInfo || mValue || mMask != 0 || mFlags != 0; }
     void ModifyFlags(unsigned pFlags, bool pValue);
 };
 

@@ -165,7 +165,7 @@ void Page::Push(const std::set<int>& pKept) {
         Entry* lOwn = Own(lId);
         if (!lOwn || pKept.count(lId))
             continue;
-        if (lOwn->mInfo || lOwn->mValue || lOwn->mMask || lOwn->mFlags)
+        if (lOwn->IsPushed())
             PushEntry(lId, *lOwn);
         for (Item lItem : {Item::eInfo, Item::eValue, Item::eFlags})
             ChangeItemState(lItem, lId, kInherit);
