@@ -3,6 +3,7 @@
 #include <sys/mman.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -64,7 +65,7 @@ struct Pool {
     char* end = nullptr;
     std::size_t nextChunk = kFirstChunk;
     // Blocks that were given back, by their footprint in units of the alignment.
-    FreeBlock* given[FootprintOf(kLargestPooled) / kAlignment + 1] = {};
+    std::array<FreeBlock*, FootprintOf(kLargestPooled) / kAlignment + 1> given = {};
 };
 
 Pool sgPool;
