@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <locale.h>
 #include <strings.h>
 
+#include <cctype>
+#include <clocale>
+#include <cstdlib>
 #include <cstring>
 #include <random>
 #include <set>
@@ -280,19 +282,57 @@ TEST_F(PropertyIndex, AnswersAsAScanOfAllIdsDoesWhileMemoryComesAndGoes) {
     }
 }
 
+// Sets the program's locale as long as it lives, when there is one of that name.
+class WithLocale {
+public:
+    explicit WithLocale(const char* pName) : mIsSet(std::setlocale(LC_CTYPE, pName) != nullptr) {}
+    ~WithLocale() { std::setlocale(LC_CTYPE, "C"); }
+    WithLocale(const WithLocale&) = delete;
+    WithLocale& operator=(const WithLocale&) = delete;
+    bool IsSet() const { return mIsSet; }
+
+private:
+    const bool mIsSet;
+};
+
 // In this locale only ASCII letters are single bytes.
 TEST_F(PropertyIndex, FindsNamesWithoutCaseInALocaleOfManyBytes) {
-    const locale_t lManyBytes = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
-    ASSERT_NE(lManyBytes, nullptr);
-    const locale_t lBefore = uselocale(lManyBytes);
+    const WithLocale lManyBytes("C.UTF-8");
+    ASSERT_TRUE(lManyBytes.IsSet());
     OwnedRoot lRoot(KLyrPropertyHandle::Create("root", eUNIDENTIFIED));
     for (int i = 0; i < 40; ++i)
         AddChild(*lRoot, kNames[i % kNameCount], eINTEGER1);
     const Page* lPage = lRoot->GetPage();
     for (const char* lName : kNames)
         EXPECT_EQ(FindByScan(lPage, 0, lName, nullptr, false), lPage->FastFind(0, lName, nullptr, false)) << lName;
-    uselocale(lBefore);
-    freelocale(lManyBytes);
+}
+
+// In this one the last two bytes are a letter's two cases.
+TEST_F(PropertyIndex, FindsNamesWithoutCaseInALocaleOfSingleBytes) {
+#ifndef LYRSDK_TEST_LOCALES
+    GTEST_SKIP() << "no localedef to compile the locale with";
+#else
+    setenv("LOCPATH", LYRSDK_TEST_LOCALES, 1);
+    const WithLocale lSingleBytes("zhe");
+    unsetenv("LOCPATH");
+    ASSERT_TRUE(lSingleBytes.IsSet());
+    // Of a constant above ASCII g++ knows better that it has no case.
+    const volatile unsigned char lCapitalZhe = 0xFF;
+    ASSERT_EQ(0xFE, std::tolower(lCapitalZhe));
+    OwnedRoot lRoot(KLyrPropertyHandle::Create("root", eUNIDENTIFIED));
+    for (int i = 0; i < 40; ++i)
+        AddChild(*lRoot, kNames[i % kNameCount], eINTEGER1);
+    const KLyrPropertyHandle lSmall = AddChild(*lRoot, "a\xFE", eINTEGER1);
+    const KLyrPropertyHandle lCapital = AddChild(*lRoot, "a\xFF", eINTEGER1);
+    const Page* lPage = lRoot->GetPage();
+    // The address sanitizer's own function has only ASCII letters.
+    const bool lAreEqual = strcasecmp("a\xFE", "a\xFF") == 0;
+    EXPECT_EQ((lAreEqual ? lSmall : lCapital).GetId(), lPage->FastFind(0, "A\xFF", nullptr, false));
+    EXPECT_EQ(lCapital.GetId(), lPage->FastFind(0, "a\xFF", nullptr, true));
+    EXPECT_EQ(-1, lPage->FastFind(0, "A\xFF", nullptr, true));
+    for (const char* lName : kNames)
+        EXPECT_EQ(FindByScan(lPage, 0, lName, nullptr, false), lPage->FastFind(0, lName, nullptr, false)) << lName;
+#endif
 }
 
 // A new page may lie where the last walk's page did.
