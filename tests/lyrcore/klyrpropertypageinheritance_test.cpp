@@ -238,6 +238,14 @@ TEST_F(KLyrPropertyPageInheritanceTest, ValueStateIsSetWhereItCanBe) {
     EXPECT_EQ(NumberOf(mLeaf, lOwn), 0);
 }
 
+TEST_F(KLyrPropertyPageInheritanceTest, ValueStateIsSetWhereWhatIsSeenThenOverridesAnotherOne) {
+    SetNumber(mMiddle, kA, 2);
+    EXPECT_TRUE(mLeaf->SetValueInherit(kA, eLyrInherit)) << "inherits from the middle, which overrides the root's";
+    EXPECT_TRUE(mLeaf->SetValueInherit(kA, eLyrOverride));
+    EXPECT_TRUE(mLeaf->SetValueInherit(kA, eLyrInherit));
+    EXPECT_EQ(NumberOf(mLeaf, kA), 2);
+}
+
 TEST_F(KLyrPropertyPageInheritanceTest, ValueStateOfAPropertyWithoutAValueCanOnlyBeInherit) {
     const int lEmpty = mRoot->Add(0, nullptr, nullptr, nullptr, true);
     for (int lId : {lEmpty, 77, -1, INT_MIN}) {
