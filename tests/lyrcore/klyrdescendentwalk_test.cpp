@@ -5,6 +5,7 @@
 
 #include "lyrfilesdk/lyrcore/klyrpropertyhandle.h"
 #include "tests/support/handle_pages.h"
+#include "tests/support/memory_probe.h"
 
 // Walks over descendants that are remembered. Every answer is the one that looking at all ids in ascending order gives.
 
@@ -277,6 +278,35 @@ TEST_F(InterleavedWalk, TakesTurnsWithOthers) {
     EXPECT_EQ(-1, Step(lOwn));
     EXPECT_EQ(-1, lInstance->GetPage()->GetNextDescendent(mOdd.GetId(), lInherited));
     EXPECT_EQ(-1, mRoot->GetPage()->GetNextDescendent(mEven.GetId(), lOther));
+}
+
+// Each request for memory is refused in turn, among them the one for room for more ids.
+TEST_F(InterleavedWalk, GoesOnWithoutRoomForAllThatWasAdded) {
+    for (const int lCount : {100, 130, 160, 200}) {
+        for (std::size_t lRefused = 0; lRefused < 12; ++lRefused) {
+            OwnedRoot lRoot(KLyrPropertyHandle::Create("root", eUNIDENTIFIED));
+            Page* lPage = lRoot->GetPage();
+            const int lTop = lPage->Add(0, "top", eINTEGER1);
+            for (int i = 0, lOther = lPage->Add(0, "other", eINTEGER1); i < 40; ++i)
+                lPage->Add(lOther, "child", eINTEGER1);
+            const int lFirst = lPage->Add(lTop, "first", eINTEGER1);
+            for (int i = 0; i < lCount; ++i)
+                lPage->Add(lTop, "child", eINTEGER1);
+            // What was collected is looked through again when one that has a child goes.
+            const int lGone = lPage->Add(lTop, "gone", eINTEGER1);
+            lPage->Add(lGone, "orphan", eINTEGER1);
+            Descendents(lPage, lTop);
+            lPage->RemoveOwnEntry(lGone);
+            // Far below, but with a smaller id than those that follow.
+            const int lDeep = lPage->Add(lFirst, "deep", eINTEGER1);
+            for (int i = 0; i < lCount; ++i) {
+                const FailAllocations lFail(lRefused, false);
+                lPage->Add(lTop, "late", eINTEGER1);
+            }
+            EXPECT_EQ(lDeep, lPage->GetNextDescendent(lTop, lGone)) << lCount << ", " << lRefused;
+            EXPECT_EQ(DescendentsByScan(lPage, lTop), Descendents(lPage, lTop)) << lCount << ", " << lRefused;
+        }
+    }
 }
 
 }  // namespace
