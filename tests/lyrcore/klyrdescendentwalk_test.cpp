@@ -280,31 +280,55 @@ TEST_F(InterleavedWalk, TakesTurnsWithOthers) {
     EXPECT_EQ(-1, mRoot->GetPage()->GetNextDescendent(mEven.GetId(), lOther));
 }
 
-// Each request for memory is refused in turn, among them the one for room for more ids.
+// Of the ids that were collected at first, the last stay behind those that are collected later.
+TEST_F(InterleavedWalk, GoesOnFromAnywhereWhenItCameToTheEndOfFewerThanBefore) {
+    Add(false);
+    Walk();
+    mRoot->GetPage()->Add(mIds[0], "child", eINTEGER1);
+    for (std::size_t i = 0; i < 3; ++i)
+        mRoot->GetPage()->RemoveOwnEntry(mIds[i]);
+    mIds.erase(mIds.begin(), mIds.begin() + 3);
+    mIds.push_back(AddChild(mOdd, "late", eINTEGER1).GetId());
+    Walk();
+    for (std::size_t i = 0; i + 1 < mIds.size(); ++i) {
+        ASSERT_EQ(-1, Step(mIds.back()));
+        ASSERT_EQ(mIds[i + 1], Step(mIds[i]));
+    }
+}
+
+// Each request for memory is refused in turn while properties are added, among them the one for room for more ids. What
+// was collected before is looked through again when a property with a child went.
+void WalkWithoutRoom(int pCount, std::size_t pRefused, bool pOneGoes) {
+    OwnedRoot lRoot(KLyrPropertyHandle::Create("root", eUNIDENTIFIED));
+    Page* lPage = lRoot->GetPage();
+    const int lTop = lPage->Add(0, "top", eINTEGER1);
+    for (int i = 0, lOther = lPage->Add(0, "other", eINTEGER1); i < 40; ++i)
+        lPage->Add(lOther, "child", eINTEGER1);
+    const int lFirst = lPage->Add(lTop, "first", eINTEGER1);
+    for (int i = 0; i < pCount; ++i)
+        lPage->Add(lTop, "child", eINTEGER1);
+    const int lLast = lPage->Add(lTop, "last", eINTEGER1);
+    const int lBelow = lPage->Add(lLast, "below", eINTEGER1);
+    Descendents(lPage, lTop);
+    if (pOneGoes)
+        lPage->RemoveOwnEntry(lLast);
+    // Far below, but with a smaller id than those that follow.
+    const int lDeep = lPage->Add(lFirst, "deep", eINTEGER1);
+    for (int i = 0; i < pCount; ++i) {
+        const FailAllocations lFail(pRefused, false);
+        lPage->Add(lTop, "late", eINTEGER1);
+    }
+    EXPECT_EQ(lDeep, lPage->GetNextDescendent(lTop, lBelow));
+    EXPECT_EQ(DescendentsByScan(lPage, lTop), Descendents(lPage, lTop));
+}
+
 TEST_F(InterleavedWalk, GoesOnWithoutRoomForAllThatWasAdded) {
     for (const int lCount : {100, 130, 160, 200}) {
         for (std::size_t lRefused = 0; lRefused < 12; ++lRefused) {
-            OwnedRoot lRoot(KLyrPropertyHandle::Create("root", eUNIDENTIFIED));
-            Page* lPage = lRoot->GetPage();
-            const int lTop = lPage->Add(0, "top", eINTEGER1);
-            for (int i = 0, lOther = lPage->Add(0, "other", eINTEGER1); i < 40; ++i)
-                lPage->Add(lOther, "child", eINTEGER1);
-            const int lFirst = lPage->Add(lTop, "first", eINTEGER1);
-            for (int i = 0; i < lCount; ++i)
-                lPage->Add(lTop, "child", eINTEGER1);
-            // What was collected is looked through again when one that has a child goes.
-            const int lGone = lPage->Add(lTop, "gone", eINTEGER1);
-            lPage->Add(lGone, "orphan", eINTEGER1);
-            Descendents(lPage, lTop);
-            lPage->RemoveOwnEntry(lGone);
-            // Far below, but with a smaller id than those that follow.
-            const int lDeep = lPage->Add(lFirst, "deep", eINTEGER1);
-            for (int i = 0; i < lCount; ++i) {
-                const FailAllocations lFail(lRefused, false);
-                lPage->Add(lTop, "late", eINTEGER1);
+            for (const bool lOneGoes : {false, true}) {
+                WalkWithoutRoom(lCount, lRefused, lOneGoes);
+                ASSERT_FALSE(HasFailure()) << lCount << ", " << lRefused << ", " << lOneGoes;
             }
-            EXPECT_EQ(lDeep, lPage->GetNextDescendent(lTop, lGone)) << lCount << ", " << lRefused;
-            EXPECT_EQ(DescendentsByScan(lPage, lTop), Descendents(lPage, lTop)) << lCount << ", " << lRefused;
         }
     }
 }
