@@ -282,6 +282,50 @@ TEST_F(PropertyIndex, AnswersAsAScanOfAllIdsDoesWhileMemoryComesAndGoes) {
     }
 }
 
+// Each request for memory is refused in turn once there is an index, among them the one for a larger table of names.
+TEST_F(PropertyIndex, FindsWhatWasAddedWhileMemoryWasRefused) {
+    for (std::size_t lRefused = 0; lRefused < 12; ++lRefused) {
+        OwnedRoot lRoot(KLyrPropertyHandle::Create("root", eUNIDENTIFIED));
+        Page* lPage = lRoot->GetPage();
+        for (int i = 0; i < 100; ++i)
+            lPage->Add(0, ("early " + std::to_string(i)).c_str(), eINTEGER1);
+        for (int i = 0; i < 300; ++i) {
+            const std::string lName = "late " + std::to_string(i);
+            int lId = -1;
+            {
+                const FailAllocations lFail(lRefused, false);
+                lId = lPage->Add(0, lName.c_str(), eINTEGER1);
+            }
+            if (lId == -1)
+                lId = lPage->Add(0, lName.c_str(), eINTEGER1);
+            ASSERT_EQ(lId, lPage->FastFind(0, lName.c_str(), nullptr, true)) << lRefused;
+        }
+        for (int lId = 0; lId != -1; lId = lPage->GetMinimumPropertyIdAndEntry(lId))
+            ASSERT_EQ(SiblingByScan(lPage, lId), lPage->GetSibling(lId)) << lRefused;
+    }
+}
+
+TEST_F(PropertyIndex, FindsEveryLetterInBothCases) {
+    OwnedRoot lRoot(KLyrPropertyHandle::Create("root", eUNIDENTIFIED));
+    Page* lPage = lRoot->GetPage();
+    for (int i = 0; i < 40; ++i)
+        lPage->Add(0, "another", eINTEGER1);
+    for (const bool lCapital : {false, true}) {
+        const int lParent = lPage->Add(0, "letters", eINTEGER1);
+        // And the characters on both sides, which differ like the cases of a letter do.
+        for (char lChar = 'A' - 1; lChar <= 'Z' + 1; ++lChar) {
+            const bool lIsLetter = lChar >= 'A' && lChar <= 'Z';
+            const char lOtherChar = static_cast<char>(lChar + ('a' - 'A'));
+            const std::string lName(1, lCapital ? lChar : lOtherChar);
+            const std::string lOther(1, lCapital ? lOtherChar : lChar);
+            const int lId = lPage->Add(lParent, lName.c_str(), eINTEGER1);
+            EXPECT_EQ(lId, lPage->FastFind(lParent, lName.c_str(), nullptr, false)) << lName;
+            EXPECT_EQ(lIsLetter ? lId : -1, lPage->FastFind(lParent, lOther.c_str(), nullptr, false)) << lName;
+            EXPECT_EQ(-1, lPage->FastFind(lParent, lOther.c_str(), nullptr, true)) << lName;
+        }
+    }
+}
+
 // Sets the program's locale as long as it lives, when there is one of that name.
 class WithLocale {
 public:
