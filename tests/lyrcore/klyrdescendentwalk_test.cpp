@@ -280,6 +280,40 @@ TEST_F(InterleavedWalk, TakesTurnsWithOthers) {
     EXPECT_EQ(-1, mRoot->GetPage()->GetNextDescendent(mEven.GetId(), lOther));
 }
 
+// One that went had a child, which is there but no descendant any more; another one had none.
+TEST_F(InterleavedWalk, LeavesOutAChildOfOneThatWentAlsoWhenAnotherOneGoes) {
+    for (const bool lWasWalked : {true, false}) {
+        OwnedRoot lRoot(KLyrPropertyHandle::Create("root", eUNIDENTIFIED));
+        Page* lPage = lRoot->GetPage();
+        const int lTop = lPage->Add(0, "top", eINTEGER1);
+        for (int i = 0, lOther = lPage->Add(0, "other", eINTEGER1); i < 100; ++i) {
+            lPage->Add(lOther, "child", eINTEGER1);
+            lPage->Add(lTop, "child", eINTEGER1);
+        }
+        const int lParent = lPage->Add(lTop, "parent", eINTEGER1);
+        const int lWithout = lPage->Add(lWasWalked ? lTop : 0, "without", eINTEGER1);
+        lPage->Add(lParent, "orphan", eINTEGER1);
+        Descendents(lPage, lTop);
+        lPage->RemoveOwnEntry(lParent);
+        lPage->RemoveOwnEntry(lWithout);
+        EXPECT_EQ(DescendentsByScan(lPage, lTop), Descendents(lPage, lTop)) << lWasWalked;
+    }
+}
+
+// What is far below is collected anew, up to where the list went, and only then what was added behind it.
+TEST_F(InterleavedWalk, ComesOnceToWhatWasAddedBehindWhatIsLookedThroughAgain) {
+    Add(true);
+    const KLyrPropertyHandle lSide = AddChild(mOdd, "side", eINTEGER1);
+    AddChild(lSide, "orphan", eINTEGER1);
+    Descendents(mRoot->GetPage(), mOdd.GetId());
+    mRoot->GetPage()->RemoveOwnEntry(lSide.GetId());
+    mIds.push_back(AddChild(mOdd, "late", eINTEGER1).GetId());
+    EXPECT_EQ(mIds[50], Step(mIds[49]));
+    ASSERT_EQ(mIds[100], Step(mIds[99]));
+    ASSERT_EQ(-1, Step(mIds[100]));
+    Walk();
+}
+
 // Of the ids that were collected at first, the last stay behind those that are collected later.
 TEST_F(InterleavedWalk, GoesOnFromAnywhereWhenItCameToTheEndOfFewerThanBefore) {
     Add(false);

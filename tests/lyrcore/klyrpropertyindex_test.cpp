@@ -3,6 +3,7 @@
 #include <strings.h>
 
 #include <cctype>
+#include <climits>
 #include <clocale>
 #include <cstdlib>
 #include <cstring>
@@ -302,6 +303,22 @@ TEST_F(PropertyIndex, FindsWhatWasAddedWhileMemoryWasRefused) {
         }
         for (int lId = 0; lId != -1; lId = lPage->GetMinimumPropertyIdAndEntry(lId))
             ASSERT_EQ(SiblingByScan(lPage, lId), lPage->GetSibling(lId)) << lRefused;
+    }
+}
+
+// They have the bits of the largest ids but for one.
+TEST_F(PropertyIndex, FindsNoChildrenOfNegativeIds) {
+    OwnedRoot lRoot(KLyrPropertyHandle::Create("root", eUNIDENTIFIED));
+    Page* lPage = lRoot->GetPage();
+    for (int i = 0; i < 100; ++i)
+        lPage->Add(0, "child", eINTEGER1);
+    lPage->GetIdGenerator()->SkipTo(INT_MAX - 9);
+    const int lParent = lPage->Add(0, "parent", eINTEGER1);
+    const int lChild = lPage->Add(lParent, "below", eINTEGER1);
+    EXPECT_EQ(lChild, lPage->GetChild(lParent));
+    for (int lId : {-1, -2, INT_MIN, INT_MIN + lParent}) {
+        EXPECT_EQ(-1, lPage->GetChild(lId)) << lId;
+        EXPECT_EQ(-1, lPage->FastFind(lId, "below", nullptr, true)) << lId;
     }
 }
 
