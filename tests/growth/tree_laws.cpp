@@ -59,8 +59,10 @@ std::function<void(int)> Churn(ENames pNames) {
             const CountedWork lWork;
             for (int lRound = 0; lRound < 2; ++lRound) {
                 for (int lId : lIds) {
+                    const char* lName = lNames[At(lId)].Buffer();
                     lPage->RemoveOwnEntry(lId + lRound * (pCount - 1));
-                    lPage->Add(0, lNames[At(lId)].Buffer(), eINTEGER1);
+                    lPage->Add(0, lName, eINTEGER1);
+                    Expect(lPage->Find(0, lName, nullptr, true, nullptr) != -1, "what was added is found");
                 }
             }
         }

@@ -190,6 +190,24 @@ TEST_F(EntriesThatComeAndGo, AmongManyThatStay) {
     }
 }
 
+// Among fewer than there were once, but enough to be told apart by the index.
+TEST_F(EntriesThatComeAndGo, AmongAFewThatStay) {
+    std::vector<H> lProperties;
+    for (int i = 0; i < 40; ++i) {
+        lProperties.push_back(On(*mInstance, AddChild(*mPage, "stays", eDOUBLE1)));
+        SetDouble(lProperties.back(), i);
+    }
+    for (std::size_t i = 20; i < 40; ++i)
+        lProperties[i].SetValueInheritType(eLyrInherit);
+    ExpectBounded(MapBytes(21) + kEntryBytes, Rounds(), [&](int pRound) {
+        H& lProperty = lProperties[static_cast<std::size_t>(20 + pRound % 20)];
+        lProperty.SetValueInheritType(eLyrOverride);
+        lProperty.SetValueInheritType(eLyrInherit);
+    });
+    for (int i = 0; i < 40; ++i)
+        EXPECT_EQ(DoubleOf(lProperties[static_cast<std::size_t>(i)]), i < 20 ? i : 0);
+}
+
 // A window of a hundred that moves over a thousand properties: the order of the living ones changes all the time.
 TEST_F(EntriesThatComeAndGo, InAWindowThatMoves) {
     std::vector<H> lProperties;
