@@ -274,6 +274,17 @@ void WalkAndAddFarBelow(int pCount) {
     Expect(lSeen == 20, "the descendant was visited each time");
 }
 
+// Only the first descendant of a large subtree, with a property of another subtree before it.
+void FirstOfManyDescendents(int pCount) {
+    PagePtr lPage = MakePage(Interleaved(2 * pCount, pCount));
+    int lFirst = -1;
+    {
+        const CountedWork lWork;
+        lFirst = lPage->GetFirstDescendent(1);
+    }
+    Expect(lFirst == 3, "the first descendant was found");
+}
+
 // Two subtrees, one step in each.
 void TwoInTurns(int pCount) {
     PagePtr lPage = MakePage(Interleaved(4 * pCount, pCount));
@@ -324,6 +335,7 @@ std::vector<GrowthLaw> WalkLaws() {
         {"descendants.instance-of-grown-page", "n log n", {500, 4000}, WalkInstanceOfGrownPage},
         {"descendants.chain-of-small-pages", "n log n", {10, 80, 640}, WalkChainOfSmallPages},
         {"descendants.nested", "n log n", {100, 800, 6400}, WalkAnd(eInTurn, WalkItsSubtree)},
+        {"descendants.first", "log n", kSizes, FirstOfManyDescendents},
         {"descendants.two-in-turns", "n log n", {100, 800, 6400}, TwoInTurns},
     };
 }
