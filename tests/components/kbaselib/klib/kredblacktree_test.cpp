@@ -183,6 +183,39 @@ void ReportsATakenSlot(int pSecondKey, int pThirdKey, unsigned long pLine) {
     EXPECT_EQ(lReports[0].message, kTexts.at(pLine));
 }
 
+// Integers from the largest to the smallest.
+struct DescendingCompare {
+    int operator()(int pLeft, int pRight) const { return KLyrLessCompare<int>()(pRight, pLeft); }
+};
+
+TEST(RedBlackTree, OrdersIntegersAsItsFunctorSays) {
+    KMap<int, int, DescendingCompare, KHungryAllocator> lMap;
+    for (int i = 0; i < 100; ++i)
+        EXPECT_TRUE(lMap.Insert(i * 37 % 100, i).mSecond);
+    int lExpected = 99;
+    for (auto lIt = lMap.Begin(); lIt != lMap.End(); ++lIt)
+        EXPECT_EQ(lIt->GetKey(), lExpected--);
+    EXPECT_EQ(lExpected, -1);
+    for (int i = 0; i < 100; ++i) {
+        const auto* lRecord = lMap.Find(i * 37 % 100);
+        ASSERT_NE(lRecord, nullptr);
+        EXPECT_EQ(lRecord->GetValue(), i);
+    }
+}
+
+TEST(RedBlackTree, TakesAKeyWithItsValue) {
+    Map::TreeType lTree;
+    const auto [lRecord, lIsNew] = lTree.Insert(Map::KKeyValuePair(7, 1));
+    ASSERT_NE(lRecord, nullptr);
+    EXPECT_TRUE(lIsNew);
+    EXPECT_EQ(lRecord->GetKey(), 7);
+    EXPECT_EQ(lRecord->GetValue(), 1);
+    const auto [lSame, lIsNewAgain] = lTree.Insert(Map::KKeyValuePair(7, 2));
+    EXPECT_EQ(lSame, lRecord);
+    EXPECT_FALSE(lIsNewAgain);
+    EXPECT_EQ(lRecord->GetValue(), 1);
+}
+
 TEST(RedBlackTree, ReportsASlotThatIsTakenWhenKeysChangeTheirOrder) {
     ReportsATakenSlot(20, 5, 602);
     ReportsATakenSlot(5, 20, 608);
