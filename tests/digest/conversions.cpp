@@ -1,6 +1,7 @@
 #include "lyrfilesdk/components/kbaselib/klib/kassert.h"
 #include "lyrfilesdk/klyrplugins/klyrtypes.h"
 #include "tests/digest/digest.h"
+#include "tests/klyrplugins/any_value.h"
 #include "tests/klyrplugins/value_samples.h"
 
 namespace lyrsdk {
@@ -20,19 +21,18 @@ private:
     KAssertFailedHandler mBefore;
 };
 
-template <typename Dst, typename Src>
-void AddPair(Digest& pDigest) {
-    for (const Src& lSample : Samples<Src>()) {
-        const Src lSrc = lSample;
-        Dst lDst = Samples<Dst>().front();
-        pDigest.Add(lyrCopy(lDst, lSrc));
+// Every sample of the one type, converted into the other.
+void AddPair(Digest& pDigest, ELyrType pDstType, ELyrType pSrcType) {
+    const AnyValue lOld = SamplesOf(pDstType).front();
+    for (const AnyValue& lSrc : SamplesOf(pSrcType)) {
+        AnyValue lDst = lOld;
+        pDigest.Add(CopyByTypes(lDst, lSrc));
         pDigest.Add(ImageOf(lDst));
     }
 }
 
-template <typename Dst>
-void AddDestination(Digest& pDigest) {
-#define LYRSDK_PAIR(pCode, pType) AddPair<Dst, pType>(pDigest);
+void AddDestination(Digest& pDigest, ELyrType pDstType) {
+#define LYRSDK_PAIR(pCode, pType) AddPair(pDigest, pDstType, pCode);
     LYRSDK_TEST_TYPES(LYRSDK_PAIR)
 #undef LYRSDK_PAIR
 }
@@ -55,7 +55,7 @@ void AddComparisons(Digest& pDigest, ELyrType pType) {
 std::uint64_t DigestOfConversions() {
     const WithoutReports lQuiet;
     Digest lDigest;
-#define LYRSDK_DESTINATION(pCode, pType) AddDestination<pType>(lDigest);
+#define LYRSDK_DESTINATION(pCode, pType) AddDestination(lDigest, pCode);
     LYRSDK_TEST_TYPES(LYRSDK_DESTINATION)
 #undef LYRSDK_DESTINATION
     return lDigest.Value();

@@ -8,6 +8,7 @@
 #include <type_traits>
 
 #include "tests/fuzz/fuzz_support.h"
+#include "tests/klyrplugins/any_value.h"
 #include "tests/klyrplugins/conversion_reference.h"
 #include "tests/klyrplugins/value_samples.h"
 
@@ -107,9 +108,18 @@ lyrDateTime Take(Input& pInput) {
     return lDateTime;
 }
 
-template <typename T>
-T CopyOf(const T& pValue) {
-    return pValue;
+// A value of the type that a code stands for.
+AnyValue TakeValue(ELyrType pType, Input& pInput) {
+    switch (pType) {
+#define LYRSDK_ROW(pCode, pStored) \
+    case pCode:                    \
+        return Take<pStored>(pInput);
+        LYRSDK_TEST_TYPES(LYRSDK_ROW)
+#undef LYRSDK_ROW
+        default:
+            // An enumeration is an int.
+            return Take<int>(pInput);
+    }
 }
 
 void ExpectReports(Reports& pReports, const char* pMessage, const std::string& pWhere) {
@@ -136,8 +146,8 @@ struct Expected {
     const char* mReport;
 };
 
-template <typename Dst>
-void Check(const Expected& pExpected, bool pResult, const Dst& pDst, Reports& pReports, const std::string& pWhere) {
+void Check(const Expected& pExpected, bool pResult, const AnyValue& pDst, Reports& pReports,
+           const std::string& pWhere) {
     if (pResult != pExpected.mResult)
         Fail(pWhere + ": gives " + std::to_string(pResult));
     if (ImageOf(pDst) != pExpected.mImage)
@@ -145,11 +155,10 @@ void Check(const Expected& pExpected, bool pResult, const Dst& pDst, Reports& pR
     ExpectReports(pReports, pExpected.mReport, pWhere);
 }
 
-template <typename Dst, typename Src>
 void CheckPair(ELyrType pDstType, ELyrType pSrcType, Input& pInput, Reports& pReports) {
     const char lRule = reference::RuleOf(pDstType, pSrcType);
-    const Dst lOld = Take<Dst>(pInput);
-    const Src lSrc = Take<Src>(pInput);
+    const AnyValue lOld = TakeValue(pDstType, pInput);
+    AnyValue lSrc = TakeValue(pSrcType, pInput);
     const std::string lSrcImage = ImageOf(lSrc);
     const std::string lPair = "to " + std::to_string(pDstType) + " from " + std::to_string(pSrcType);
 
@@ -158,31 +167,17 @@ void CheckPair(ELyrType pDstType, ELyrType pSrcType, Input& pInput, Reports& pRe
     if (!lExpected.mResult)
         lExpected.mImage = ImageOf(lOld);
 
-    Dst lDst = CopyOf(lOld);
-    bool lResult = lyrCopy(lDst, lSrc);
+    AnyValue lDst = lOld;
+    bool lResult = CopyByTypes(lDst, lSrc);
     Check(lExpected, lResult, lDst, pReports, lPair + ", by type");
-    lDst = CopyOf(lOld);
-    lResult = lyrCopy(&lDst, pDstType, lSrc);
+    lDst = lOld;
+    lResult = CopyIntoCode(lDst, pDstType, lSrc);
     Check(lExpected, lResult, lDst, pReports, lPair + ", by the destination's code");
-    lDst = CopyOf(lOld);
-    lResult = lyrCopy(&lDst, pDstType, &lSrc, pSrcType);
+    lDst = lOld;
+    lResult = CopyByCodes(lDst, pDstType, lSrc, pSrcType);
     Check(lExpected, lResult, lDst, pReports, lPair + ", by codes");
     if (ImageOf(lSrc) != lSrcImage)
         Fail(lPair + ": the source changed");
-}
-
-template <typename Dst>
-void CheckDestination(ELyrType pDstType, ELyrType pSrcType, Input& pInput, Reports& pReports) {
-    switch (pSrcType) {
-#define LYRSDK_ROW(pCode, pType) \
-    case pCode:                  \
-        return CheckPair<Dst, pType>(pDstType, pSrcType, pInput, pReports);
-        LYRSDK_TEST_TYPES(LYRSDK_ROW)
-#undef LYRSDK_ROW
-        default:
-            // An enumeration is an int.
-            return CheckPair<Dst, int>(pDstType, pSrcType, pInput, pReports);
-    }
 }
 
 template <typename T>
@@ -264,17 +259,17 @@ void CheckWithoutValue(ELyrType pDstType, ELyrType pSrcType, Reports& pReports) 
 void CheckCodes(ELyrType pDstType, ELyrType pSrcType, Input& pInput, Reports& pReports) {
     if (!lyrHoldsValue(pDstType) || !lyrHoldsValue(pSrcType))
         return CheckWithoutValue(pDstType, pSrcType, pReports);
-    switch (pDstType) {
-#define LYRSDK_ROW(pCode, pType)                          \
-    case pCode:                                           \
-        if (pDstType == pSrcType)                         \
-            CheckSame<pType>(pDstType, pInput, pReports); \
-        return CheckDestination<pType>(pDstType, pSrcType, pInput, pReports);
+    switch (pDstType == pSrcType ? pDstType : eENUM) {
+#define LYRSDK_ROW(pCode, pType)                      \
+    case pCode:                                       \
+        CheckSame<pType>(pDstType, pInput, pReports); \
+        break;
         LYRSDK_TEST_TYPES(LYRSDK_ROW)
 #undef LYRSDK_ROW
         default:
-            return CheckDestination<int>(pDstType, pSrcType, pInput, pReports);
+            break;
     }
+    CheckPair(pDstType, pSrcType, pInput, pReports);
 }
 
 }  // namespace

@@ -13,8 +13,10 @@
 #include <map>
 #include <string>
 #include <type_traits>
+#include <variant>
 
 #include "lyrfilesdk/klyrplugins/klyrtypes.h"
+#include "tests/klyrplugins/any_value.h"
 #include "tests/klyrplugins/value_samples.h"
 
 namespace lyrsdk {
@@ -146,19 +148,36 @@ long double Exact(T pValue) {
 template <typename T>
 using Number = std::conditional_t<std::is_same_v<T, char>, signed char, T>;
 
+// What rules C, F, H and V read. A half is the float that it stands for.
+struct SourceNumber {
+    long double mValue;
+    bool mFloating;
+};
+
+inline SourceNumber NumberIn(const AnyValue& pSrc) {
+    return std::visit(
+        [](const auto& pHeld) -> SourceNumber {
+            using Src = std::decay_t<decltype(pHeld)>;
+            if constexpr (std::is_same_v<Src, lyrHalfFloat>)
+                return {Exact(pHeld.value()), true};
+            else if constexpr (std::is_arithmetic_v<Src>)
+                return {Exact(pHeld), std::is_floating_point_v<Src>};
+            else
+                return {std::numeric_limits<long double>::quiet_NaN(), true};
+        },
+        pSrc);
+}
+
 // Rules C and F.
-template <typename Dst, typename Src>
-Dst Cast(const Src& pSrc) {
-    if constexpr (std::is_same_v<Src, lyrHalfFloat>)
-        return static_cast<Dst>(pSrc.value());
-    else if constexpr (std::is_same_v<Dst, bool>)
-        return !(Exact(pSrc) == 0.0L);
+template <typename Dst>
+Dst Cast(const SourceNumber& pSrc) {
+    if constexpr (std::is_same_v<Dst, bool>)
+        return !(pSrc.mValue == 0.0L);
     else if constexpr (std::is_floating_point_v<Dst>)
-        return std::is_floating_point_v<Src> ? static_cast<Dst>(pSrc) : static_cast<Dst>(Exact(pSrc));
-    else if constexpr (std::is_floating_point_v<Src>)
-        return static_cast<Dst>(IntegerFromFloating<Number<Dst>>(Exact(pSrc)));
+        return static_cast<Dst>(pSrc.mValue);
     else
-        return static_cast<Dst>(LowBits<Number<Dst>>(Exact(pSrc)));
+        return static_cast<Dst>(pSrc.mFloating ? IntegerFromFloating<Number<Dst>>(pSrc.mValue)
+                                               : LowBits<Number<Dst>>(pSrc.mValue));
 }
 
 inline std::string Trim(const std::string& pText) {
@@ -303,6 +322,8 @@ std::string Text(const Src& pSrc) {
         return Print(pSrc.value()) + " " + ImageOf(pSrc.unitName());
     } else if constexpr (std::is_same_v<Src, lyrDateTime>) {
         return ImageOf(pSrc.toString());
+    } else if constexpr (std::is_same_v<Src, KString>) {
+        return ImageOf(pSrc);
     } else {
         std::string lText;
         for (double lElement : pSrc.mData)
@@ -311,65 +332,73 @@ std::string Text(const Src& pSrc) {
     }
 }
 
+// The same, into the type of pDst.
+inline std::string CastImage(const AnyValue& pDst, const SourceNumber& pSrc) {
+    return std::visit(
+        [&](const auto& pHeld) -> std::string {
+            using Dst = std::decay_t<decltype(pHeld)>;
+            if constexpr (std::is_arithmetic_v<Dst>)
+                return ImageOf(Cast<Dst>(pSrc));
+            else
+                return "no number";
+        },
+        pDst);
+}
+
+// Rule D.
+inline std::string InchesImage(const AnyValue& pDst, const lyrDistance& pSrc) {
+    const double lFactor = pSrc.unit().GetConversionFactorTo(KLyrSystemUnit::Inch);
+    const float lInches = static_cast<float>(static_cast<long double>(pSrc.value()) * lFactor);
+    if (std::holds_alternative<lyrHalfFloat>(pDst))
+        return ImageOf(HalfBits(lInches));
+    return std::holds_alternative<double>(pDst) ? ImageOf(static_cast<double>(lInches)) : ImageOf(lInches);
+}
+
 // The image that pDst has after a conversion by the given rule; false when it has to be refused.
-template <typename Dst, typename Src>
-bool Convert(char pRule, const Dst& pDst, const Src& pSrc, std::string& pImage) {
-    constexpr bool lToNumber = std::is_arithmetic_v<Dst>;
-    constexpr bool lFromNumber = std::is_arithmetic_v<Src> || std::is_same_v<Src, lyrHalfFloat>;
-    pImage = ImageOf(pDst);
-    if constexpr (std::is_same_v<Dst, Src>)
-        pImage = ImageOf(pSrc);
-    if (pRule == '=')
-        return true;
-    if constexpr (lToNumber && lFromNumber) {
-        if (pRule == 'C' || pRule == 'F')
-            return pImage = ImageOf(Cast<Dst>(pSrc)), true;
-    }
-    if constexpr (std::is_same_v<Dst, lyrHalfFloat> && std::is_arithmetic_v<Src>) {
-        if (pRule == 'H')
-            return pImage = ImageOf(HalfBits(Cast<float>(pSrc))), true;
-    }
-    if constexpr (std::is_same_v<Src, lyrDistance>) {
-        const double lFactor = pSrc.unit().GetConversionFactorTo(KLyrSystemUnit::Inch);
-        const float lInches = static_cast<float>(static_cast<long double>(pSrc.value()) * lFactor);
-        if constexpr (std::is_same_v<Dst, lyrHalfFloat>)
-            pImage = ImageOf(HalfBits(lInches));
-        else if constexpr (std::is_floating_point_v<Dst>)
-            pImage = ImageOf(static_cast<Dst>(lInches));
-        if (pRule == 'D')
+inline bool Convert(char pRule, const AnyValue& pDst, const AnyValue& pSrc, std::string& pImage) {
+    const std::string lOld = ImageOf(pDst), lSrc = ImageOf(pSrc);
+    switch (pRule) {
+        case '=':
+        case 'B':
+            return pImage = lSrc, true;
+        case 'C':
+        case 'F':
+            return pImage = CastImage(pDst, NumberIn(pSrc)), true;
+        case 'H':
+            return pImage = ImageOf(HalfBits(Cast<float>(NumberIn(pSrc)))), true;
+        case 'D':
+            return pImage = InchesImage(pDst, std::get<lyrDistance>(pSrc)), true;
+        case 'V':
+            pImage.clear();
+            for (std::size_t i = 0; i < lOld.size(); i += sizeof(double))
+                pImage += ImageOf(Cast<double>(NumberIn(pSrc)));
             return true;
+        case 'E':
+            return pImage = lSrc.substr(0, 8), true;
+        case '3':
+            return pImage = lSrc.substr(0, 24), true;
+        case '4':
+            return pImage = lSrc + lOld.substr(24), true;
+        case 'T':
+            return pImage = ImageOf(static_cast<double>(std::get<KTime>(pSrc).Get()) / 705600000.0), true;
+        case 'P': {
+            AnyValue lRead = pDst;
+            const auto lParse = [&](auto& pInto) {
+                if constexpr (std::is_arithmetic_v<std::decay_t<decltype(pInto)>>)
+                    return Parse(std::get<KString>(pSrc), pInto);
+                else
+                    return false;
+            };
+            const bool lIsRead = std::visit(lParse, lRead);
+            return pImage = ImageOf(lRead), lIsRead;
+        }
+        case 'S':
+            return pImage = std::visit([](const auto& pFrom) { return Text(pFrom); }, pSrc), true;
+        case 'Y':
+            return pImage = DateTimeText(lSrc), !pImage.empty();
+        default:
+            return pImage = lOld, false;
     }
-    if constexpr (lFromNumber && (std::is_same_v<Dst, lyrDouble2> || std::is_same_v<Dst, lyrDouble3>)) {
-        const std::string lElement = ImageOf(Cast<double>(pSrc));
-        pImage = lElement + lElement + (std::is_same_v<Dst, lyrDouble3> ? lElement : "");
-        return pRule == 'V';
-    }
-    if constexpr (std::is_same_v<Dst, double> && std::is_same_v<Src, KTime>)
-        pImage = ImageOf(static_cast<double>(pSrc.Get()) / 705600000.0);
-    else if constexpr (std::is_same_v<Dst, double> && !lFromNumber && std::is_trivially_copyable_v<Src>)
-        pImage = BytesOf(pSrc).substr(0, 8);
-    if (pRule == 'T' || pRule == 'E')
-        return true;
-    if constexpr (lToNumber && std::is_same_v<Src, KString>) {
-        Dst lDst = pDst;
-        const bool lRead = pRule == 'P' && Parse(pSrc, lDst);
-        pImage = ImageOf(lDst);
-        return lRead;
-    }
-    if constexpr (std::is_same_v<Dst, KString> && !std::is_same_v<Src, KString>)
-        return pImage = Text(pSrc), pRule == 'S';
-    if constexpr (std::is_same_v<Dst, lyrBlob> && !std::is_same_v<Src, lyrBlob>)
-        return pRule == 'B' ? (pImage = ImageOf(pSrc), true) : (pImage = ImageOf(pDst), false);
-    if (pRule == '3')
-        return pImage = BytesOf(pSrc).substr(0, 24), true;
-    if (pRule == '4')
-        return pImage = BytesOf(pSrc) + BytesOf(pDst).substr(24), true;
-    if constexpr (std::is_same_v<Dst, lyrDateTime> && std::is_same_v<Src, KString>) {
-        pImage = DateTimeText(ImageOf(pSrc));
-        return pRule == 'Y' && !pImage.empty();
-    }
-    pImage = ImageOf(pDst);
-    return false;
 }
 
 }  // namespace reference

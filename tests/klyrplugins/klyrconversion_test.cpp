@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "tests/klyrplugins/any_value.h"
 #include "tests/klyrplugins/conversion_reference.h"
 #include "tests/klyrplugins/value_samples.h"
 #include "tests/support/memory_probe.h"
@@ -18,9 +19,8 @@ T OldValue() {
 }
 
 // Checks one outcome: result, destination, and the reports.
-template <typename Dst>
 void ExpectOutcome(ReportRecorder& pRecorder, char pRule, bool pExpected, const std::string& pImage, bool pResult,
-                   const Dst& pDst) {
+                   const AnyValue& pDst) {
     EXPECT_EQ(pExpected, pResult);
     EXPECT_EQ(pImage, ImageOf(pDst));
     const std::vector<ReportRecorder::Report> lReports = pRecorder.TakeReports();
@@ -32,51 +32,50 @@ void ExpectOutcome(ReportRecorder& pRecorder, char pRule, bool pExpected, const 
     }
 }
 
-// Converts every sample in each of the three ways.
-template <typename Dst, typename Src>
+// Converts every sample in each of the three ways, each time over the old value.
 void CheckPair(ELyrType pDstType, ELyrType pSrcType, char pRule) {
     ReportRecorder lRecorder;
+    const AnyValue lOld = SamplesOf(pDstType).back();
     int lIndex = 0;
-    for (const Src& lSample : Samples<Src>()) {
+    for (const AnyValue& lSample : SamplesOf(pSrcType)) {
         SCOPED_TRACE("to " + std::to_string(pDstType) + " from " + std::to_string(pSrcType) + ", sample " +
                      std::to_string(lIndex++));
-        const Src lSrc = lSample;
-        Dst lDst = OldValue<Dst>();
+        AnyValue lSrc = lSample;
+        AnyValue lDst = lOld;
         std::string lImage;
         const bool lExpected = reference::Convert(pRule, lDst, lSrc, lImage);
         if (!lExpected)
             lImage = ImageOf(lDst);
-        ExpectOutcome(lRecorder, pRule, lExpected, lImage, lyrCopy(lDst, lSrc), lDst);
-        lDst = OldValue<Dst>();
-        ExpectOutcome(lRecorder, pRule, lExpected, lImage, lyrCopy(&lDst, pDstType, lSrc), lDst);
-        lDst = OldValue<Dst>();
-        ExpectOutcome(lRecorder, pRule, lExpected, lImage, lyrCopy(&lDst, pDstType, &lSrc, pSrcType), lDst);
+        ExpectOutcome(lRecorder, pRule, lExpected, lImage, CopyByTypes(lDst, lSrc), lDst);
+        lDst = lOld;
+        ExpectOutcome(lRecorder, pRule, lExpected, lImage, CopyIntoCode(lDst, pDstType, lSrc), lDst);
+        lDst = lOld;
+        ExpectOutcome(lRecorder, pRule, lExpected, lImage, CopyByCodes(lDst, pDstType, lSrc, pSrcType), lDst);
         EXPECT_EQ(ImageOf(lSample), ImageOf(lSrc));
         if (testing::Test::HasFailure())
             return;
     }
 }
 
-template <typename Dst>
 void CheckDestination(ELyrType pDstType, const std::string& pRules) {
     std::size_t lColumn = 0;
-#define LYRSDK_PAIR(pCode, pType) CheckPair<Dst, pType>(pDstType, pCode, pRules.at(lColumn++));
+#define LYRSDK_PAIR(pCode, pType) CheckPair(pDstType, pCode, pRules.at(lColumn++));
     LYRSDK_TEST_TYPES(LYRSDK_PAIR)
 #undef LYRSDK_PAIR
     ASSERT_EQ(pRules.size(), lColumn);
     // An enumeration is an int, as a source too.
-    CheckPair<Dst, int>(pDstType, eENUM, pRules.at(9));
+    CheckPair(pDstType, eENUM, pRules.at(9));
 }
 
-#define LYRSDK_DESTINATION_TEST(pCode, pType)                         \
-    TEST(LyrCopy, ConvertsEverySampleOfEveryTypeInto_##pCode) {       \
-        LeakCheck lLeaks;                                             \
-        CheckDestination<pType>(pCode, reference::Rules().at(pCode)); \
+#define LYRSDK_DESTINATION_TEST(pCode, pType)                   \
+    TEST(LyrCopy, ConvertsEverySampleOfEveryTypeInto_##pCode) { \
+        LeakCheck lLeaks;                                       \
+        CheckDestination(pCode, reference::Rules().at(pCode));  \
     }
 LYRSDK_TEST_TYPES(LYRSDK_DESTINATION_TEST)
 
 TEST(LyrCopy, ConvertsEverySampleOfEveryTypeIntoAnEnumerationAsIntoAnInt) {
-    CheckDestination<int>(eENUM, reference::Rules().at(eINTEGER1));
+    CheckDestination(eENUM, reference::Rules().at(eINTEGER1));
 }
 
 template <typename Dst, typename Src>
