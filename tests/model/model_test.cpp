@@ -12,7 +12,8 @@
 
 // The library beside a plain model of page families, under random operations.
 //
-// LYRSDK_MODEL_STEPS sets how many operations all runs take together, LYRSDK_MODEL_SEED the first seed.
+// LYRSDK_MODEL_STEPS sets how many operations all runs take together (the preset asan-m32, where each takes long, sets
+// a tenth of the default), LYRSDK_MODEL_SEED the first seed.
 
 namespace lyrmodel {
 namespace {
