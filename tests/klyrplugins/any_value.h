@@ -4,7 +4,6 @@
 // so that it is compiled once and not once for each of the 441 pairs.
 
 #include <string>
-#include <type_traits>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -54,17 +53,18 @@ template <typename Dst, typename Src>
 bool CopyPair(void* pDst, const void* pSrc) {
     return lyrCopy(*static_cast<Dst*>(pDst), *static_cast<const Src*>(pSrc));
 }
-// One for each source.
-#define LYRSDK_BEFORE_COMMA(pCode, pType) &CopyPair<Dst, pType>,
 template <typename Dst>
-constexpr bool (*kCopies[])(void* pDst, const void* pSrc) = {LYRSDK_TEST_TYPES(LYRSDK_BEFORE_COMMA)};
+bool CopyInto(Dst& pDst, const AnyValue& pSrc) {
+    // One for each source.
+#define LYRSDK_BEFORE_COMMA(pCode, pType) &CopyPair<Dst, pType>,
+    static constexpr bool (*kCopies[])(void* pDst, const void* pSrc) = {LYRSDK_TEST_TYPES(LYRSDK_BEFORE_COMMA)};
 #undef LYRSDK_BEFORE_COMMA
+    return kCopies[pSrc.index()](&pDst, AddressOf(pSrc));
+}
 
 // By the types of both.
 inline bool CopyByTypes(AnyValue& pDst, const AnyValue& pSrc) {
-    return std::visit(
-        [&](auto& pHeld) { return kCopies<std::decay_t<decltype(pHeld)>>[pSrc.index()](&pHeld, AddressOf(pSrc)); },
-        pDst);
+    return std::visit([&](auto& pHeld) { return CopyInto(pHeld, pSrc); }, pDst);
 }
 // By the destination's code and the source's type.
 inline bool CopyIntoCode(AnyValue& pDst, ELyrType pDstType, const AnyValue& pSrc) {
