@@ -3,6 +3,8 @@
 // A value of any type, and the three ways to convert it. What is checked of every pair of types is written for these,
 // so that it is compiled once and not once for each of the 441 pairs.
 
+#include <cstddef>
+#include <memory>
 #include <string>
 #include <utility>
 #include <variant>
@@ -13,31 +15,73 @@
 
 namespace lyrsdk {
 
-template <typename First, typename... Types>
-using VariantBehindFirst = std::variant<Types...>;
+// In a block of exactly its size, so that the sanitizers see who reads or writes past it.
+class AnyValue {
+public:
+    template <typename T>
+    AnyValue(const T& pValue) : mBlock(std::make_unique<T>(pValue)) {}
+    AnyValue(const AnyValue& pOther)
+        : mBlock(std::visit([](const auto& pBlock) { return AnyValue(*pBlock); }, pOther.mBlock).mBlock) {}
+    AnyValue(AnyValue&& pOther) = default;
+    AnyValue& operator=(AnyValue pOther) {
+        mBlock.swap(pOther.mBlock);
+        return *this;
+    }
+    ~AnyValue() = default;
 
+    template <typename Visitor>
+    auto Visit(Visitor&& pVisitor) {
+        return std::visit([&](auto& pBlock) { return pVisitor(*pBlock); }, mBlock);
+    }
+    template <typename Visitor>
+    auto Visit(Visitor&& pVisitor) const {
+        return std::visit([&](const auto& pBlock) { return pVisitor(std::as_const(*pBlock)); }, mBlock);
+    }
+
+    template <typename T>
+    bool Holds() const {
+        return std::holds_alternative<std::unique_ptr<T>>(mBlock);
+    }
+    template <typename T>
+    const T& Get() const {
+        return *std::get<std::unique_ptr<T>>(mBlock);
+    }
+    // In the order of LYRSDK_TEST_TYPES.
+    std::size_t TypeIndex() const { return mBlock.index(); }
+    void* Address() {
+        return Visit([](auto& pHeld) { return static_cast<void*>(&pHeld); });
+    }
+    const void* Address() const {
+        return Visit([](const auto& pHeld) { return static_cast<const void*>(&pHeld); });
+    }
+
+private:
+    template <typename First, typename... Types>
+    using BlocksBehindFirst = std::variant<std::unique_ptr<Types>...>;
 #define LYRSDK_BEHIND_COMMA(pCode, pType) , pType
-using AnyValue = VariantBehindFirst<void LYRSDK_TEST_TYPES(LYRSDK_BEHIND_COMMA)>;
+    using Blocks = BlocksBehindFirst<void LYRSDK_TEST_TYPES(LYRSDK_BEHIND_COMMA)>;
 #undef LYRSDK_BEHIND_COMMA
 
-inline const void* AddressOf(const AnyValue& pValue) {
-    return std::visit([](const auto& pHeld) { return static_cast<const void*>(&pHeld); }, pValue);
-}
-inline void* AddressOf(AnyValue& pValue) {
-    return const_cast<void*>(AddressOf(std::as_const(pValue)));
-}
+    Blocks mBlock;
+};
 
 inline std::string ImageOf(const AnyValue& pValue) {
-    return std::visit([](const auto& pHeld) { return ImageOf(pHeld); }, pValue);
+    return pValue.Visit([](const auto& pHeld) { return ImageOf(pHeld); });
 }
 
+template <typename T>
+std::vector<AnyValue> AnySamples() {
+    std::vector<AnyValue> lAny;
+    for (const T& lSample : Samples<T>())
+        lAny.emplace_back(lSample);
+    return lAny;
+}
 // The samples of the type that a code stands for; none for a code without values.
 inline std::vector<AnyValue> SamplesOf(ELyrType pType) {
-    const auto lAny = [](auto pSamples) { return std::vector<AnyValue>(pSamples.begin(), pSamples.end()); };
     switch (pType) {
 #define LYRSDK_ROW(pCode, pStored) \
     case pCode:                    \
-        return lAny(Samples<pStored>());
+        return AnySamples<pStored>();
         LYRSDK_TEST_TYPES(LYRSDK_ROW)
         LYRSDK_ROW(eENUM, int)
 #undef LYRSDK_ROW
@@ -59,21 +103,20 @@ bool CopyInto(Dst& pDst, const AnyValue& pSrc) {
 #define LYRSDK_BEFORE_COMMA(pCode, pType) &CopyPair<Dst, pType>,
     static constexpr bool (*kCopies[])(void* pDst, const void* pSrc) = {LYRSDK_TEST_TYPES(LYRSDK_BEFORE_COMMA)};
 #undef LYRSDK_BEFORE_COMMA
-    return kCopies[pSrc.index()](&pDst, AddressOf(pSrc));
+    return kCopies[pSrc.TypeIndex()](&pDst, pSrc.Address());
 }
 
 // By the types of both.
 inline bool CopyByTypes(AnyValue& pDst, const AnyValue& pSrc) {
-    return std::visit([&](auto& pHeld) { return CopyInto(pHeld, pSrc); }, pDst);
+    return pDst.Visit([&](auto& pHeld) { return CopyInto(pHeld, pSrc); });
 }
 // By the destination's code and the source's type.
 inline bool CopyIntoCode(AnyValue& pDst, ELyrType pDstType, const AnyValue& pSrc) {
-    void* lDst = AddressOf(pDst);
-    return std::visit([&](const auto& pFrom) { return lyrCopy(lDst, pDstType, pFrom); }, pSrc);
+    return pSrc.Visit([&](const auto& pFrom) { return lyrCopy(pDst.Address(), pDstType, pFrom); });
 }
 // By the codes of both.
 inline bool CopyByCodes(AnyValue& pDst, ELyrType pDstType, AnyValue& pSrc, ELyrType pSrcType) {
-    return lyrCopy(AddressOf(pDst), pDstType, AddressOf(pSrc), pSrcType);
+    return lyrCopy(pDst.Address(), pDstType, pSrc.Address(), pSrcType);
 }
 
 }  // namespace lyrsdk

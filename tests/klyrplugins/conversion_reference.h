@@ -13,7 +13,6 @@
 #include <map>
 #include <string>
 #include <type_traits>
-#include <variant>
 
 #include "lyrfilesdk/klyrplugins/klyrtypes.h"
 #include "tests/klyrplugins/any_value.h"
@@ -155,17 +154,15 @@ struct SourceNumber {
 };
 
 inline SourceNumber NumberIn(const AnyValue& pSrc) {
-    return std::visit(
-        [](const auto& pHeld) -> SourceNumber {
-            using Src = std::decay_t<decltype(pHeld)>;
-            if constexpr (std::is_same_v<Src, lyrHalfFloat>)
-                return {Exact(pHeld.value()), true};
-            else if constexpr (std::is_arithmetic_v<Src>)
-                return {Exact(pHeld), std::is_floating_point_v<Src>};
-            else
-                return {std::numeric_limits<long double>::quiet_NaN(), true};
-        },
-        pSrc);
+    return pSrc.Visit([](const auto& pHeld) -> SourceNumber {
+        using Src = std::decay_t<decltype(pHeld)>;
+        if constexpr (std::is_same_v<Src, lyrHalfFloat>)
+            return {Exact(pHeld.value()), true};
+        else if constexpr (std::is_arithmetic_v<Src>)
+            return {Exact(pHeld), std::is_floating_point_v<Src>};
+        else
+            return {std::numeric_limits<long double>::quiet_NaN(), true};
+    });
 }
 
 // Rules C and F.
@@ -334,24 +331,22 @@ std::string Text(const Src& pSrc) {
 
 // The same, into the type of pDst.
 inline std::string CastImage(const AnyValue& pDst, const SourceNumber& pSrc) {
-    return std::visit(
-        [&](const auto& pHeld) -> std::string {
-            using Dst = std::decay_t<decltype(pHeld)>;
-            if constexpr (std::is_arithmetic_v<Dst>)
-                return ImageOf(Cast<Dst>(pSrc));
-            else
-                return "no number";
-        },
-        pDst);
+    return pDst.Visit([&](const auto& pHeld) -> std::string {
+        using Dst = std::decay_t<decltype(pHeld)>;
+        if constexpr (std::is_arithmetic_v<Dst>)
+            return ImageOf(Cast<Dst>(pSrc));
+        else
+            return "no number";
+    });
 }
 
 // Rule D.
 inline std::string InchesImage(const AnyValue& pDst, const lyrDistance& pSrc) {
     const double lFactor = pSrc.unit().GetConversionFactorTo(KLyrSystemUnit::Inch);
     const float lInches = static_cast<float>(static_cast<long double>(pSrc.value()) * lFactor);
-    if (std::holds_alternative<lyrHalfFloat>(pDst))
+    if (pDst.Holds<lyrHalfFloat>())
         return ImageOf(HalfBits(lInches));
-    return std::holds_alternative<double>(pDst) ? ImageOf(static_cast<double>(lInches)) : ImageOf(lInches);
+    return pDst.Holds<double>() ? ImageOf(static_cast<double>(lInches)) : ImageOf(lInches);
 }
 
 // The image that pDst has after a conversion by the given rule; false when it has to be refused.
@@ -367,11 +362,12 @@ inline bool Convert(char pRule, const AnyValue& pDst, const AnyValue& pSrc, std:
         case 'H':
             return pImage = ImageOf(HalfBits(Cast<float>(NumberIn(pSrc)))), true;
         case 'D':
-            return pImage = InchesImage(pDst, std::get<lyrDistance>(pSrc)), true;
+            return pImage = InchesImage(pDst, pSrc.Get<lyrDistance>()), true;
         case 'V':
             pImage.clear();
             for (std::size_t i = 0; i < lOld.size(); i += sizeof(double))
-                pImage += ImageOf(Cast<double>(NumberIn(pSrc)));
+                // A long double would make a signalling NaN a quiet one.
+                pImage += pSrc.Holds<double>() ? lSrc : ImageOf(Cast<double>(NumberIn(pSrc)));
             return true;
         case 'E':
             return pImage = lSrc.substr(0, 8), true;
@@ -380,20 +376,20 @@ inline bool Convert(char pRule, const AnyValue& pDst, const AnyValue& pSrc, std:
         case '4':
             return pImage = lSrc + lOld.substr(24), true;
         case 'T':
-            return pImage = ImageOf(static_cast<double>(std::get<KTime>(pSrc).Get()) / 705600000.0), true;
+            return pImage = ImageOf(static_cast<double>(pSrc.Get<KTime>().Get()) / 705600000.0), true;
         case 'P': {
             AnyValue lRead = pDst;
             const auto lParse = [&](auto& pInto) {
                 if constexpr (std::is_arithmetic_v<std::decay_t<decltype(pInto)>>)
-                    return Parse(std::get<KString>(pSrc), pInto);
+                    return Parse(pSrc.Get<KString>(), pInto);
                 else
                     return false;
             };
-            const bool lIsRead = std::visit(lParse, lRead);
+            const bool lIsRead = lRead.Visit(lParse);
             return pImage = ImageOf(lRead), lIsRead;
         }
         case 'S':
-            return pImage = std::visit([](const auto& pFrom) { return Text(pFrom); }, pSrc), true;
+            return pImage = pSrc.Visit([](const auto& pFrom) { return Text(pFrom); }), true;
         case 'Y':
             return pImage = DateTimeText(lSrc), !pImage.empty();
         default:

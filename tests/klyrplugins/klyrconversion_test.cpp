@@ -36,8 +36,10 @@ void ExpectOutcome(ReportRecorder& pRecorder, char pRule, bool pExpected, const 
 void CheckPair(ELyrType pDstType, ELyrType pSrcType, char pRule) {
     ReportRecorder lRecorder;
     const AnyValue lOld = SamplesOf(pDstType).back();
+    const std::vector<AnyValue> lSamples = SamplesOf(pSrcType);
+    ASSERT_FALSE(lSamples.empty());
     int lIndex = 0;
-    for (const AnyValue& lSample : SamplesOf(pSrcType)) {
+    for (const AnyValue& lSample : lSamples) {
         SCOPED_TRACE("to " + std::to_string(pDstType) + " from " + std::to_string(pSrcType) + ", sample " +
                      std::to_string(lIndex++));
         AnyValue lSrc = lSample;
