@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <functional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -10,6 +9,7 @@
 #include "lyrfilesdk/lyrcore/klyrpropertyhandle.h"
 #include "tests/support/connection_filters.h"
 #include "tests/support/handle_pages.h"
+#include "tests/support/on_all_threads.h"
 #include "tests/support/report_recorder.h"
 
 // Threads that work on page families of their own at the same time. Between them they share the names' texts, the
@@ -21,35 +21,9 @@ namespace {
 using H = KLyrPropertyHandle;
 using F = LyrPropertyFlags;
 
-constexpr int kThreads = 3;
 constexpr int kRounds = 40;
 
 class PropertyThreads : public HandleTest {};
-
-// Holds its threads back until all of them are there.
-class StartLine {
-public:
-    void Wait() {
-        ++mArrived;
-        while (mArrived < kThreads)
-            std::this_thread::yield();
-    }
-
-private:
-    std::atomic<int> mArrived{0};
-};
-
-void OnAllThreads(const std::function<void(int)>& pWork) {
-    StartLine lStart;
-    std::vector<std::thread> lThreads;
-    for (int i = 0; i < kThreads; ++i)
-        lThreads.emplace_back([&, i] {
-            lStart.Wait();
-            pWork(i);
-        });
-    for (std::thread& lThread : lThreads)
-        lThread.join();
-}
 
 // --- everything at once ----------------------------------------------------------------------------------------------
 
