@@ -101,7 +101,7 @@ template <typename Dst>
 bool CopyInto(Dst& pDst, const AnyValue& pSrc) {
     // One for each source.
 #define LYRSDK_BEFORE_COMMA(pCode, pType) &CopyPair<Dst, pType>,
-    static constexpr bool (*kCopies[])(void* pDst, const void* pSrc) = {LYRSDK_TEST_TYPES(LYRSDK_BEFORE_COMMA)};
+    constexpr bool (*kCopies[])(void* pDst, const void* pSrc) = {LYRSDK_TEST_TYPES(LYRSDK_BEFORE_COMMA)};
 #undef LYRSDK_BEFORE_COMMA
     return kCopies[pSrc.TypeIndex()](&pDst, pSrc.Address());
 }
