@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "tests/growth/growth.h"
 
 namespace lyrsdk {
@@ -46,6 +48,25 @@ std::function<void(int)> Remove(Tree pTree, ENames pNames, EOrder pOrder) {
                 lPage->RemoveOwnEntry(lId);
         }
         Expect(lPage->GetPropertyEntryCount() == 1, "only the root is left");
+    };
+}
+
+// Some of the last ones of many that are removed in any order: a tree of names may not get deeper as it gets smaller.
+std::function<void(int)> RemoveLate(ENames pNames) {
+    return [pNames](int pCount) {
+        PagePtr lPage = MakePage(Wide(pCount), pNames);
+        const std::vector<int> lIds = Numbers(1, pCount - 1, eRandom);
+        const auto lLate = lIds.begin() + pCount / 4 * 3;
+        const auto lLeft = lIds.begin() + pCount / 8 * 7;
+        for (auto lId = lIds.begin(); lId != lLate; ++lId)
+            lPage->RemoveOwnEntry(*lId);
+        {
+            const CountedWork lWork;
+            for (auto lId = lLate; lId != lLeft; ++lId)
+                lPage->RemoveOwnEntry(*lId);
+        }
+        const int lFirst = *std::min_element(lLeft, lIds.end());
+        Expect(lPage->Find(0, "name", nullptr, true, nullptr) == lFirst, "the others are left");
     };
 }
 
@@ -216,6 +237,7 @@ std::vector<GrowthLaw> TreeLaws() {
         {"remove.one-name.ascending", "n log n", kSizes, Remove(Wide, eOneName, eAscending)},
         {"remove.one-name.descending", "n log n", kSizes, Remove(Wide, eOneName, eDescending)},
         {"remove.one-name.random", "n log n", kSizes, Remove(Wide, eOneName, eRandom)},
+        {"remove.one-name.late", "n log n", {500, 8000, 256000}, RemoveLate(eOneName)},
         {"remove.case-only.random", "n log n", kSizes, Remove(Wide, eCaseOnly, eRandom)},
         {"churn.own-names", "n log n", kSizes, Churn(eOwnNames)},
         {"churn.one-name", "n log n", kSizes, Churn(eOneName)},
